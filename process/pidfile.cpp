@@ -1,0 +1,106 @@
+#include "pidfile.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+#include <syslog.h>
+#include <unistd.h>
+
+#include "itos.h"
+
+namespace
+{
+
+struct sFileCloser
+{
+    void operator()(std::FILE* a_p_file) const { std::fclose(a_p_file); }
+};
+using tFile = std::unique_ptr<std::FILE, sFileCloser>;
+
+// The first word of the file, its white space aside; empty when the file cannot be read. NUL is no
+// white space: the word runs over the separators of a command line.
+std::string ReadWord(const std::string& a_s_path)
+{
+    std::string l_s_word;
+    const tFile l_p_file(std::fopen(a_s_path.c_str(), "re"));
+    if (!l_p_file) {
+        return l_s_word;
+    }
+    int l_i_byte = std::getc(l_p_file.get());
+    while (std::isspace(l_i_byte) != 0) {
+        l_i_byte = std::getc(l_p_file.get());
+    }
+    while (l_i_byte != EOF && std::isspace(l_i_byte) == 0) {
+        l_s_word += static_cast<char>(l_i_byte);
+        l_i_byte = std::getc(l_p_file.get());
+    }
+    return l_s_word;
+}
+
+} // namespace
+
+cPidFile::cPidFile(bool a_b_exitOnDuplicate)
+    : m_b_exitOnDuplicate(a_b_exitOnDuplicate), m_i_pid(getpid())
+{
+    m_s_processName = ReadCommandFromProcFile(m_i_pid);
+    if (m_s_processName.empty()) {
+        return;
+    }
+    m_s_pidFile = "/var/run/" + m_s_processName + ".pid";
+    m_i_duplicatePid = ReadPidFromFile();
+    m_b_duplicateRunning = m_i_duplicatePid != 0 && IsProcessRunning(m_i_duplicatePid);
+    if (!m_b_duplicateRunning) {
+        WriteFile();
+        return;
+    }
+    syslog(LOG_ERR,
+           "  cPidFile::cPidFile(): Found another instance of process running (PROCESS: %s, "
+           "PID: %d)",
+           m_s_processName.c_str(), m_i_duplicatePid);
+    if (m_b_exitOnDuplicate) {
+        std::exit(-1);
+    }
+}
+
+cPidFile::~cPidFile()
+{
+    if (m_b_fileWritten) {
+        unlink(m_s_pidFile.c_str());
+    }
+}
+
+void cPidFile::WriteFile()
+{
+    const tFile l_p_file(std::fopen(m_s_pidFile.c_str(), "we"));
+    if (!l_p_file) {
+        return;
+    }
+    syslog(LOG_NOTICE, "  cPidFile::WriteFile(): Writing pid %d to pidfile '%s'", m_i_pid,
+           m_s_pidFile.c_str());
+    std::fputs(itos(m_i_pid).c_str(), l_p_file.get());
+    m_b_fileWritten = true;
+}
+
+int cPidFile::ReadPidFromFile() const
+{
+    // Without the bound a number past 32 bits would name some other process where long has 64 bits.
+    constexpr unsigned long LARGEST = std::numeric_limits<std::uint32_t>::max();
+    const std::string l_s_word = ReadWord(m_s_pidFile);
+    return static_cast<std::int32_t>(
+        std::min(std::strtoul(l_s_word.c_str(), nullptr, 10), LARGEST));
+}
+
+bool cPidFile::IsProcessRunning(const int& a_i_pid) const
+{
+    return ReadCommandFromProcFile(a_i_pid) == m_s_processName;
+}
+
+std::string cPidFile::ReadCommandFromProcFile(const int& a_i_pid)
+{
+    std::string l_s_command = ReadWord("/proc/" + itos(a_i_pid) + "/cmdline");
+    l_s_command.erase(0, l_s_command.rfind('/') + 1);
+    return l_s_command.substr(0, l_s_command.find('\0'));
+}
