@@ -1,0 +1,424 @@
+#include "cgilib.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <string_view>
+#include <syslog.h>
+#include <unistd.h>
+
+#include "standard_input.h"
+
+namespace
+{
+
+constexpr const char* const FUNCTION = "ParseMultipartData";
+
+constexpr std::string_view HEADER_END = "\r\n\r\n";
+constexpr std::string_view CLOSING_END = "--\r\n";
+
+// Of a part header that has not arrived in full, fewer bytes than this may wait.
+constexpr std::size_t MAX_WAITING_HEADER = 10240;
+
+// memmem is linear in the worst case too, which no std::string search promises.
+std::size_t Find(std::string_view a_s_text, std::string_view a_s_wanted, std::size_t a_u_from)
+{
+    const void* l_p_found = memmem(a_s_text.data() + a_u_from, a_s_text.size() - a_u_from,
+                                   a_s_wanted.data(), a_s_wanted.size());
+    return l_p_found == nullptr
+               ? std::string_view::npos
+               : static_cast<std::size_t>(static_cast<const char*>(l_p_found) - a_s_text.data());
+}
+
+// Bytes that have been read and not yet consumed. Consuming moves nothing: a block of many tiny
+// parts is not shifted once a part.
+class cAccumulator
+{
+public:
+    std::string_view Bytes() const { return std::string_view(m_s_bytes).substr(m_u_start); }
+
+    void Append(std::string_view a_s_bytes)
+    {
+        if (m_u_start >= m_s_bytes.size() - m_u_start) {
+            m_s_bytes.erase(0, m_u_start);
+            m_u_start = 0;
+        }
+        m_s_bytes.append(a_s_bytes);
+    }
+
+    void Consume(std::size_t a_u_count)
+    {
+        m_u_start += a_u_count;
+        m_u_searched = 0;
+    }
+
+    // The position of the wanted text, or npos. A search that found nothing is resumed where it
+    // stopped, as long as nothing has been consumed and the same text is asked for.
+    std::size_t ResumeFind(std::string_view a_s_wanted)
+    {
+        const std::string_view l_s_bytes = Bytes();
+        const std::size_t l_u_found = Find(l_s_bytes, a_s_wanted, m_u_searched);
+        const bool l_b_retry =
+            l_u_found == std::string_view::npos && l_s_bytes.size() >= a_s_wanted.size();
+        m_u_searched = l_b_retry ? l_s_bytes.size() - a_s_wanted.size() + 1 : 0;
+        return l_u_found;
+    }
+
+private:
+    std::string m_s_bytes;
+    std::size_t m_u_start = 0;
+    std::size_t m_u_searched = 0; // no wanted text begins before this position
+};
+
+// What stands between the first two double quotes after a_u_from, and anything before the first
+// quote too: without quotes everything up to the end of the header block.
+std::string QuotedText(std::string_view a_s_header, std::size_t a_u_from)
+{
+    std::string l_s_text;
+    int l_i_quotes = 0;
+    for (const char l_i_byte : a_s_header.substr(a_u_from)) {
+        if (l_i_byte != '"') {
+            l_s_text += l_i_byte;
+        } else if (++l_i_quotes == 2) {
+            break;
+        }
+    }
+    return l_s_text;
+}
+
+// What follows the attribute ("name=") in the header block; empty if it is absent.
+std::string HeaderAttribute(std::string_view a_s_header, std::string_view a_s_attribute)
+{
+    const std::size_t l_u_found = a_s_header.find(a_s_attribute);
+    return l_u_found == std::string_view::npos
+               ? std::string()
+               : QuotedText(a_s_header, l_u_found + a_s_attribute.size());
+}
+
+// Browsers of either system send a path: no client chooses a directory of ours by it.
+std::string UploadPath(const std::string& a_s_clientName)
+{
+    const std::string l_s_name = a_s_clientName.substr(a_s_clientName.rfind('\\') + 1);
+    return "/tmp/" + l_s_name.substr(l_s_name.rfind('/') + 1);
+}
+
+struct sFileCloser
+{
+    void operator()(std::FILE* a_p_file) const { std::fclose(a_p_file); }
+};
+
+enum eParseState
+{
+    eREAD_ENTITY_HEADER,   // waiting for a part header, or for the closing boundary
+    eREAD_ENTITY_BODY,     // collecting the content of an ordinary field
+    eWRITE_ENTITY_AS_FILE, // writing the content of a file part
+};
+
+// The working data of one parse and its three steps. Each step works on what has been read so far
+// and tells the state that follows it.
+class cMultipartParser
+{
+public:
+    cMultipartParser(const std::string& a_s_boundary, std::uint64_t a_u_length, char* a_p_buffer,
+                     std::size_t a_u_bufferSize, cCGI::tFormData& a_m_postData)
+        : m_s_delimiter("\r\n--" + a_s_boundary), m_u_remaining(a_u_length), m_p_buffer(a_p_buffer),
+          m_u_bufferSize(a_u_bufferSize), m_m_postData(a_m_postData)
+    {
+        // The first boundary has no line end in front of it; with this one it matches the
+        // delimiter like every later boundary.
+        m_c_accumulator.Append("\r\n");
+    }
+
+    // Takes one read from standard input. Returns whether there is a step to take: not so at the
+    // end of the body and after a fault.
+    bool Refill();
+
+    eParseState ReadHeader();
+    eParseState ReadBody();
+    eParseState WriteFile();
+
+    // Ends the parse and returns its result.
+    bool Finish();
+
+private:
+    enum eOutcome
+    {
+        eGOING,
+        eFAILED,
+        eABANDONED, // without a closing line in the log
+    };
+
+    eParseState AcceptHeader(std::string_view a_s_header);
+    eParseState AcceptFileHeader(std::string_view a_s_header);
+    void AcceptClosingBoundary();
+    bool OpenUpload();
+    void Write(std::string_view a_s_chunk);
+    std::size_t DelimiterStartLength(std::string_view a_s_bytes) const;
+
+    const std::string m_s_delimiter;
+    cAccumulator m_c_accumulator;
+    std::uint64_t m_u_remaining; // bytes of the body not yet read
+    char* m_p_buffer;
+    std::size_t m_u_bufferSize;
+    cCGI::tFormData& m_m_postData;
+
+    eOutcome m_e_outcome = eGOING;
+    bool m_b_needsBytes = false; // the last step can do no more with what has been read
+
+    std::string m_s_fieldName;
+    std::string m_s_fieldValue;
+    std::string m_s_uploadPath;
+    std::unique_ptr<std::FILE, sFileCloser> m_p_uploadFile;
+    off_t m_i_writeOffset = 0;
+    unsigned m_u_completedFiles = 0;
+};
+
+bool cMultipartParser::Refill()
+{
+    const bool l_b_bodyLeft = m_u_remaining != 0 || !m_c_accumulator.Bytes().empty();
+    if (m_e_outcome != eGOING || !l_b_bodyLeft) {
+        return false;
+    }
+    if (std::feof(stdin) != 0) {
+        m_e_outcome = eFAILED;
+        return false;
+    }
+
+    const auto l_u_wanted =
+        static_cast<std::size_t>(std::min<std::uint64_t>(m_u_remaining, m_u_bufferSize));
+    const std::size_t l_u_read = l_u_wanted == 0 ? 0 : std::fread(m_p_buffer, 1, l_u_wanted, stdin);
+    m_u_remaining -= l_u_read;
+    m_c_accumulator.Append({m_p_buffer, l_u_read});
+
+    // Without new bytes the step would find what it found last time. Where none can come the body
+    // has ended inside a part; otherwise sleep instead of asking again and again.
+    const bool l_b_stuck = l_u_read == 0 && m_b_needsBytes;
+    if (l_b_stuck && (l_u_wanted == 0 || !AwaitStandardInput())) {
+        m_e_outcome = eFAILED;
+    }
+    return m_e_outcome == eGOING;
+}
+
+eParseState cMultipartParser::ReadHeader()
+{
+    const std::size_t l_u_end = m_c_accumulator.ResumeFind(HEADER_END);
+    const std::string_view l_s_bytes = m_c_accumulator.Bytes();
+    if (l_u_end != std::string_view::npos) {
+        m_b_needsBytes = false;
+        const std::size_t l_u_length = l_u_end + HEADER_END.size();
+        const eParseState l_e_next = AcceptHeader(l_s_bytes.substr(0, l_u_length));
+        m_c_accumulator.Consume(l_u_length);
+        return l_e_next;
+    }
+    if (l_s_bytes.size() >= MAX_WAITING_HEADER) {
+        syslog(LOG_ERR, "%s - Entity Header length exceeds maximum allowable length.", FUNCTION);
+        m_e_outcome = eFAILED;
+    } else if (m_u_remaining == 0) {
+        AcceptClosingBoundary();
+    }
+    m_b_needsBytes = true;
+    return eREAD_ENTITY_HEADER;
+}
+
+eParseState cMultipartParser::AcceptHeader(std::string_view a_s_header)
+{
+    if (a_s_header.substr(0, m_s_delimiter.size()) != m_s_delimiter) {
+        syslog(LOG_ERR, "%s - Entity header (%s) does NOT begin with boundary (%s).", FUNCTION,
+               std::string(a_s_header).c_str(), m_s_delimiter.c_str());
+        m_e_outcome = eFAILED;
+        return eREAD_ENTITY_HEADER;
+    }
+    m_s_fieldName = HeaderAttribute(a_s_header, "name=");
+    if (m_s_fieldName.empty()) {
+        syslog(LOG_ERR, "%s - Entity Header does NOT contain name attribute.", FUNCTION);
+        m_e_outcome = eFAILED;
+        return eREAD_ENTITY_HEADER;
+    }
+    syslog(LOG_DEBUG, "%s - Parsed name attribute from entity header (%s)", FUNCTION,
+           m_s_fieldName.c_str());
+    return a_s_header.find("filename=") == std::string_view::npos ? eREAD_ENTITY_BODY
+                                                                  : AcceptFileHeader(a_s_header);
+}
+
+eParseState cMultipartParser::AcceptFileHeader(std::string_view a_s_header)
+{
+    const std::string l_s_clientName = HeaderAttribute(a_s_header, "filename=");
+    m_s_uploadPath.clear();
+    if (!l_s_clientName.empty()) {
+        m_s_uploadPath = UploadPath(l_s_clientName);
+        syslog(LOG_DEBUG, "%s - Parsed filename attribute from entity header (%s).", FUNCTION,
+               m_s_uploadPath.c_str());
+        m_m_postData.emplace(m_s_fieldName, m_s_uploadPath);
+    }
+    m_s_fieldName.clear();
+    return eWRITE_ENTITY_AS_FILE;
+}
+
+void cMultipartParser::AcceptClosingBoundary()
+{
+    const std::string_view l_s_bytes = m_c_accumulator.Bytes();
+    if (l_s_bytes.size() != m_s_delimiter.size() + CLOSING_END.size()) {
+        syslog(LOG_ERR, "%s - Entity Header is NOT correct last header: BAD LENGTH", FUNCTION);
+        m_e_outcome = eFAILED;
+    } else if (l_s_bytes.find(CLOSING_END) != m_s_delimiter.size()) {
+        syslog(LOG_ERR, "%s - Entity Header is NOT correct last header: BAD FORMAT", FUNCTION);
+        m_e_outcome = eFAILED;
+    } else {
+        m_c_accumulator.Consume(l_s_bytes.size());
+        syslog(LOG_DEBUG, "%s - Found END-OF-POST for file upload.", FUNCTION);
+    }
+}
+
+eParseState cMultipartParser::ReadBody()
+{
+    const std::size_t l_u_plain =
+        std::min(m_c_accumulator.Bytes().find('\r'), m_c_accumulator.Bytes().size());
+    if (l_u_plain != 0) {
+        m_s_fieldValue += m_c_accumulator.Bytes().substr(0, l_u_plain);
+        m_c_accumulator.Consume(l_u_plain);
+    }
+    const std::size_t l_u_end = m_c_accumulator.ResumeFind(m_s_delimiter);
+    m_b_needsBytes = l_u_end == std::string_view::npos;
+    if (m_b_needsBytes) {
+        return eREAD_ENTITY_BODY;
+    }
+    m_s_fieldValue += m_c_accumulator.Bytes().substr(0, l_u_end);
+    m_c_accumulator.Consume(l_u_end);
+    syslog(LOG_DEBUG, "%s - Parsed entity value (%s) for name (%s)", FUNCTION,
+           m_s_fieldValue.c_str(), m_s_fieldName.c_str());
+    m_m_postData.emplace(std::move(m_s_fieldName), std::move(m_s_fieldValue));
+    m_s_fieldName.clear();
+    m_s_fieldValue.clear();
+    return eREAD_ENTITY_HEADER;
+}
+
+eParseState cMultipartParser::WriteFile()
+{
+    if (m_u_completedFiles != 0) {
+        syslog(LOG_ERR, "%s - POST data contains multiple file uploads: Unsupported.", FUNCTION);
+        m_e_outcome = eFAILED;
+        return eWRITE_ENTITY_AS_FILE;
+    }
+    if (m_p_uploadFile == nullptr && !OpenUpload()) {
+        m_e_outcome = eABANDONED;
+        return eWRITE_ENTITY_AS_FILE;
+    }
+
+    const std::string_view l_s_bytes = m_c_accumulator.Bytes();
+    std::size_t l_u_chunk = std::min(l_s_bytes.find('\r'), l_s_bytes.size());
+    m_b_needsBytes = true;
+    if (l_s_bytes.size() - l_u_chunk >= m_s_delimiter.size()) {
+        const std::size_t l_u_end = Find(l_s_bytes, m_s_delimiter, l_u_chunk);
+        m_b_needsBytes = l_u_end == std::string_view::npos;
+        l_u_chunk = m_b_needsBytes ? l_s_bytes.size() - DelimiterStartLength(l_s_bytes) : l_u_end;
+    }
+    Write(l_s_bytes.substr(0, l_u_chunk));
+    m_c_accumulator.Consume(l_u_chunk);
+    if (m_b_needsBytes) {
+        return eWRITE_ENTITY_AS_FILE;
+    }
+    ++m_u_completedFiles;
+    return eREAD_ENTITY_HEADER;
+}
+
+bool cMultipartParser::OpenUpload()
+{
+    if (m_s_uploadPath.empty()) {
+        syslog(LOG_ERR, "%s() - Unable to open tmp file for writing, filename is empty", FUNCTION);
+        return false;
+    }
+    m_p_uploadFile.reset(std::fopen(m_s_uploadPath.c_str(), "we"));
+    if (m_p_uploadFile == nullptr) {
+        syslog(LOG_ERR, "%s() - Unable to open tmp file %s for writing: error %s", FUNCTION,
+               m_s_uploadPath.c_str(), std::strerror(errno));
+        return false;
+    }
+    // Unbuffered: what fwrite reports as written is in the file, and large chunks are not split.
+    std::setvbuf(m_p_uploadFile.get(), nullptr, _IONBF, 0);
+    return true;
+}
+
+void cMultipartParser::Write(std::string_view a_s_chunk)
+{
+    // After a short write (a full disk) the next chunk goes where that one ended.
+    fseeko(m_p_uploadFile.get(), m_i_writeOffset, SEEK_SET);
+    m_i_writeOffset += static_cast<off_t>(
+        std::fwrite(a_s_chunk.data(), 1, a_s_chunk.size(), m_p_uploadFile.get()));
+}
+
+// How many bytes at the end may be the start of a delimiter that the next read completes.
+std::size_t cMultipartParser::DelimiterStartLength(std::string_view a_s_bytes) const
+{
+    std::size_t l_u_length = std::min(a_s_bytes.size(), m_s_delimiter.size() - 1);
+    while (a_s_bytes.substr(a_s_bytes.size() - l_u_length) !=
+           std::string_view(m_s_delimiter).substr(0, l_u_length)) {
+        --l_u_length;
+    }
+    return l_u_length;
+}
+
+bool cMultipartParser::Finish()
+{
+    m_p_uploadFile.reset();
+    if (m_e_outcome == eABANDONED) {
+        return false;
+    }
+    const bool l_b_success = m_e_outcome == eGOING;
+    syslog(LOG_DEBUG, "%s - returning %d", FUNCTION, l_b_success ? 1 : 0);
+    return l_b_success;
+}
+
+} // namespace
+
+bool cCGI::ParseMultipartData()
+{
+    syslog(LOG_DEBUG, "cCGI::%s", FUNCTION);
+
+    if (fcntl(STDIN_FILENO, F_SETFL, fcntl(STDIN_FILENO, F_GETFL) | O_NONBLOCK) == -1) {
+        syslog(LOG_ERR, "%s - Unable to set STDIN to non-blocking.", FUNCTION);
+        return false;
+    }
+    const std::string* l_p_length = Environment("CONTENT_LENGTH");
+    if (l_p_length == nullptr) {
+        syslog(LOG_ERR, "%s - Unable to get CONTENT_LENGTH value from env.", FUNCTION);
+        return false;
+    }
+    const std::string* l_p_type = Environment("CONTENT_TYPE");
+    if (l_p_type == nullptr) {
+        syslog(LOG_ERR, "%s - Unable to get CONTENT_TYPE value from env.", FUNCTION);
+        return false;
+    }
+    if (l_p_type->find("boundary") == std::string::npos) {
+        syslog(LOG_ERR, "%s - No boundary found in content type.", FUNCTION);
+        return false;
+    }
+    const std::size_t l_u_equals = l_p_type->find('=');
+    if (l_u_equals == std::string::npos) {
+        syslog(LOG_ERR, "%s - No (=) found in boundary assignment (%s)", FUNCTION,
+               l_p_type->c_str());
+        return false;
+    }
+
+    // 64 bits also where long has 32: a body past 4 GiB is counted, not wrapped.
+    const std::uint64_t l_u_length = std::strtoull(l_p_length->c_str(), nullptr, 10);
+    cMultipartParser l_c_parser(l_p_type->substr(l_u_equals + 1), l_u_length, m_p_readBuffer.get(),
+                                READ_BUFFER_SIZE, m_m_postData);
+    eParseState l_e_parseState = eREAD_ENTITY_HEADER;
+    while (l_c_parser.Refill()) {
+        switch (l_e_parseState) {
+        case eREAD_ENTITY_HEADER:
+            l_e_parseState = l_c_parser.ReadHeader();
+            break;
+        case eREAD_ENTITY_BODY:
+            l_e_parseState = l_c_parser.ReadBody();
+            break;
+        case eWRITE_ENTITY_AS_FILE:
+            l_e_parseState = l_c_parser.WriteFile();
+            break;
+        }
+    }
+    return l_c_parser.Finish();
+}

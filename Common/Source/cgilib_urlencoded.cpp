@@ -1,0 +1,59 @@
+#include "cgilib.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "standard_input.h"
+
+namespace
+{
+
+// Queries are short; a client must not be able to fill a small device's memory.
+constexpr long MAX_BODY_LENGTH = 16L * 1024 * 1024;
+
+// The first line of standard input, without its line feed, or its first a_u_limit bytes: the read
+// does not look for a byte beyond them, which a server that keeps the pipe open never sends.
+std::string ReadLine(std::size_t a_u_limit)
+{
+    std::string l_s_line;
+    l_s_line.reserve(a_u_limit);
+    while (l_s_line.size() < a_u_limit) {
+        const int l_i_byte = getc_unlocked(stdin);
+        if (l_i_byte == '\n' || (l_i_byte == EOF && !AwaitStandardInput())) {
+            break;
+        }
+        if (l_i_byte != EOF) {
+            l_s_line += static_cast<char>(l_i_byte);
+        }
+    }
+    return l_s_line;
+}
+
+} // namespace
+
+bool cCGI::ParsePostData()
+{
+    const std::string* l_p_type = Environment("CONTENT_TYPE");
+    if (l_p_type == nullptr) {
+        return false;
+    }
+    if (l_p_type->find("multipart/form-data") != std::string::npos) {
+        return ParseMultipartData();
+    }
+
+    const std::string* l_p_length = Environment("CONTENT_LENGTH");
+    if (l_p_length == nullptr) {
+        return false;
+    }
+    // Not atoi: past the range of int its result is undefined, and strtol's is merely too large.
+    const long l_i_length = std::strtol(l_p_length->c_str(), nullptr, 10);
+    if (l_i_length <= 0 || l_i_length > MAX_BODY_LENGTH) {
+        return false;
+    }
+
+    std::string l_s_body = ReadLine(static_cast<std::size_t>(l_i_length));
+    l_s_body.resize(std::min(l_s_body.find('\0'), l_s_body.size()));
+    StoreFields(l_s_body, m_m_postData);
+    return true;
+}
