@@ -1,0 +1,216 @@
+#include "mirror.h"
+
+#include <new>
+#include <vector>
+
+namespace TinyXPath
+{
+
+namespace
+{
+
+// The mirror asked for last, with what tells whether its tree is still the same.
+struct sKept
+{
+    std::shared_ptr<const cMirror> m_p_mirror;
+    const TiXmlNode* m_p_top = nullptr;
+    const TiXmlNode* m_p_marked = nullptr;
+    const TiXmlNode* m_p_last = nullptr;
+};
+
+sKept& Kept()
+{
+    static sKept l_c_kept;
+    return l_c_kept;
+}
+
+// What a marked node's user data points to; only the address counts.
+const char MARK = 0;
+
+bool IsMarked(const TiXmlNode& a_c_node)
+{
+    return a_c_node.GetUserData() == &MARK;
+}
+
+void Mark(const TiXmlNode& a_c_node)
+{
+    // User data is no part of the document, which stays as constant as it was given.
+    const_cast<TiXmlNode&>(a_c_node).SetUserData(const_cast<char*>(&MARK)); // NOLINT
+}
+
+void Require(bool a_b_stored)
+{
+    if (!a_b_stored) {
+        throw std::bad_alloc();
+    }
+}
+
+pugi::xml_node AppendChild(pugi::xml_node a_c_parent, pugi::xml_node_type a_e_type)
+{
+    const pugi::xml_node l_c_child = a_c_parent.append_child(a_e_type);
+    Require(!l_c_child.empty());
+    return l_c_child;
+}
+
+pugi::xml_node AppendElement(pugi::xml_node a_c_parent, const TiXmlElement& a_c_element)
+{
+    pugi::xml_node l_c_copy = AppendChild(a_c_parent, pugi::node_element);
+    Require(l_c_copy.set_name(a_c_element.Value()));
+    for (const TiXmlAttribute* l_p_attribute = a_c_element.FirstAttribute();
+         l_p_attribute != nullptr; l_p_attribute = l_p_attribute->Next()) {
+        pugi::xml_attribute l_c_attribute = l_c_copy.append_attribute(l_p_attribute->Name());
+        Require(!l_c_attribute.empty() && l_c_attribute.set_value(l_p_attribute->Value()));
+    }
+    return l_c_copy;
+}
+
+pugi::xml_node AppendCharacters(pugi::xml_node a_c_parent, pugi::xml_node_type a_e_type,
+                                const TiXmlNode& a_c_node)
+{
+    pugi::xml_node l_c_copy = AppendChild(a_c_parent, a_e_type);
+    Require(l_c_copy.set_value(a_c_node.Value()));
+    return l_c_copy;
+}
+
+pugi::xml_node AppendCopy(pugi::xml_node a_c_parent, const TiXmlNode& a_c_node)
+{
+    switch (a_c_node.Type()) {
+    case TiXmlNode::TINYXML_ELEMENT:
+        return AppendElement(a_c_parent, *a_c_node.ToElement());
+    case TiXmlNode::TINYXML_TEXT:
+        return AppendCharacters(a_c_parent, pugi::node_pcdata, a_c_node);
+    case TiXmlNode::TINYXML_COMMENT:
+        return AppendCharacters(a_c_parent, pugi::node_comment, a_c_node);
+    default:
+        return AppendChild(a_c_parent, pugi::node_pi);
+    }
+}
+
+// Both kinds of tree under the same names.
+const TiXmlNode* Parent(const TiXmlNode* a_p_node)
+{
+    return a_p_node->Parent();
+}
+const TiXmlNode* Previous(const TiXmlNode* a_p_node)
+{
+    return a_p_node->PreviousSibling();
+}
+const TiXmlNode* Next(const TiXmlNode* a_p_node)
+{
+    return a_p_node->NextSibling();
+}
+const TiXmlNode* FirstChild(const TiXmlNode* a_p_node)
+{
+    return a_p_node->FirstChild();
+}
+pugi::xml_node Parent(pugi::xml_node a_c_node)
+{
+    return a_c_node.parent();
+}
+pugi::xml_node Previous(pugi::xml_node a_c_node)
+{
+    return a_c_node.previous_sibling();
+}
+pugi::xml_node Next(pugi::xml_node a_c_node)
+{
+    return a_c_node.next_sibling();
+}
+pugi::xml_node FirstChild(pugi::xml_node a_c_node)
+{
+    return a_c_node.first_child();
+}
+
+// The node that stands below a_c_otherTop where a_c_node stands below a_c_top, or a null node if
+// the other tree has no such place.
+template<class tNode, class tOther>
+tOther SamePlace(tNode a_c_node, tNode a_c_top, tOther a_c_otherTop)
+{
+    std::vector<unsigned> l_v_places; // among its siblings, from the node upwards
+    for (; a_c_node && a_c_node != a_c_top; a_c_node = Parent(a_c_node)) {
+        unsigned l_u_place = 0;
+        for (tNode l_c_before = Previous(a_c_node); l_c_before; l_c_before = Previous(l_c_before)) {
+            ++l_u_place;
+        }
+        l_v_places.push_back(l_u_place);
+    }
+
+    tOther l_c_found = a_c_otherTop;
+    for (auto l_c_place = l_v_places.rbegin(); l_c_place != l_v_places.rend() && l_c_found;
+         ++l_c_place) {
+        l_c_found = FirstChild(l_c_found);
+        for (unsigned l_u_skip = *l_c_place; l_u_skip != 0 && l_c_found; --l_u_skip) {
+            l_c_found = Next(l_c_found);
+        }
+    }
+    return l_c_found;
+}
+
+} // namespace
+
+cMirror::cMirror(const TiXmlNode& a_c_top) : m_p_top(&a_c_top)
+{
+    const bool l_b_document = a_c_top.Type() == TiXmlNode::TINYXML_DOCUMENT;
+    m_c_top = l_b_document ? m_c_tree : AppendCopy(m_c_tree, a_c_top);
+
+    const TiXmlNode* l_p_node = &a_c_top;
+    pugi::xml_node l_c_copy = m_c_top;
+    while (true) {
+        if (l_p_node->FirstChild() != nullptr) {
+            l_p_node = l_p_node->FirstChild();
+        } else {
+            while (l_p_node != &a_c_top && l_p_node->NextSibling() == nullptr) {
+                l_p_node = l_p_node->Parent();
+                l_c_copy = l_c_copy.parent();
+            }
+            if (l_p_node == &a_c_top) {
+                return;
+            }
+            l_p_node = l_p_node->NextSibling();
+            l_c_copy = l_c_copy.parent();
+        }
+        l_c_copy = AppendCopy(l_c_copy, *l_p_node);
+    }
+}
+
+std::shared_ptr<const cMirror> cMirror::Of(const TiXmlNode& a_c_node)
+{
+    const TiXmlNode* l_p_top = &a_c_node;
+    const TiXmlNode* l_p_below = a_c_node.FirstChild();
+    while (l_p_top->Parent() != nullptr) {
+        l_p_below = l_p_top;
+        l_p_top = l_p_top->Parent();
+    }
+
+    sKept& l_c_kept = Kept();
+    const bool l_b_same = l_p_below != nullptr && IsMarked(*l_p_below) &&
+                          l_c_kept.m_p_mirror != nullptr && l_c_kept.m_p_marked == l_p_below &&
+                          l_c_kept.m_p_top == l_p_top && l_c_kept.m_p_last == l_p_top->LastChild();
+    if (l_b_same) {
+        return l_c_kept.m_p_mirror;
+    }
+
+    Forget();
+    auto l_p_mirror = std::make_shared<const cMirror>(*l_p_top);
+    if (l_p_below != nullptr && (l_p_below->GetUserData() == nullptr || IsMarked(*l_p_below))) {
+        Mark(*l_p_below);
+        l_c_kept = {l_p_mirror, l_p_top, l_p_below, l_p_top->LastChild()};
+    }
+    return l_p_mirror;
+}
+
+void cMirror::Forget()
+{
+    Kept() = {};
+}
+
+pugi::xml_node cMirror::Counterpart(const TiXmlNode& a_c_node) const
+{
+    return SamePlace(&a_c_node, m_p_top, m_c_top);
+}
+
+const TiXmlNode* cMirror::Original(pugi::xml_node a_c_node) const
+{
+    return SamePlace(a_c_node, m_c_top, m_p_top);
+}
+
+} // namespace TinyXPath

@@ -1,0 +1,201 @@
+#include "xpath_processor.h"
+
+#include <cstring>
+#include <exception>
+#include <optional>
+#include <string_view>
+
+#include "mirror.h"
+
+namespace TinyXPath
+{
+
+namespace
+{
+
+constexpr std::string_view PI_TEST = "processing-instruction";
+constexpr std::string_view WHITE_SPACE = " \t\r\n";
+
+bool StartsName(char a_i_byte)
+{
+    const auto l_u_code = static_cast<unsigned char>(a_i_byte);
+    return (l_u_code >= 'a' && l_u_code <= 'z') || (l_u_code >= 'A' && l_u_code <= 'Z') ||
+           l_u_code == '_' || l_u_code >= 0x80;
+}
+
+bool ContinuesName(char a_i_byte)
+{
+    return StartsName(a_i_byte) || (a_i_byte >= '0' && a_i_byte <= '9') || a_i_byte == '-' ||
+           a_i_byte == '.';
+}
+
+// The length of the token that the text begins with: a literal (up to the end of the text if it is
+// not closed), a name, or any other single byte.
+std::size_t TokenLength(std::string_view a_s_text)
+{
+    if (a_s_text[0] == '"' || a_s_text[0] == '\'') {
+        const std::size_t l_u_close = a_s_text.find(a_s_text[0], 1);
+        return l_u_close == std::string_view::npos ? a_s_text.size() : l_u_close + 1;
+    }
+    std::size_t l_u_length = 1;
+    if (StartsName(a_s_text[0])) {
+        while (l_u_length < a_s_text.size() && ContinuesName(a_s_text[l_u_length])) {
+            ++l_u_length;
+        }
+    }
+    return l_u_length;
+}
+
+// The length of a pair of parentheses with nothing between that the text begins with, white space
+// before and in it included; 0 if it begins with anything else.
+std::size_t EmptyParenthesesLength(std::string_view a_s_text)
+{
+    const std::size_t l_u_open = a_s_text.find_first_not_of(WHITE_SPACE);
+    if (l_u_open == std::string_view::npos || a_s_text[l_u_open] != '(') {
+        return 0;
+    }
+    const std::size_t l_u_close = a_s_text.find_first_not_of(WHITE_SPACE, l_u_open + 1);
+    return l_u_close != std::string_view::npos && a_s_text[l_u_close] == ')' ? l_u_close + 1 : 0;
+}
+
+// A mirror holds processing instructions only in place of nodes that XPath must not take for such.
+// They have no name, so a test that asks for one, even an empty one, passes over them.
+std::string HideStandIns(std::string_view a_s_expression)
+{
+    if (a_s_expression.find(PI_TEST) == std::string_view::npos) {
+        return std::string(a_s_expression);
+    }
+    std::string l_s_hidden;
+    while (!a_s_expression.empty()) {
+        const std::string_view l_s_token = a_s_expression.substr(0, TokenLength(a_s_expression));
+        l_s_hidden += l_s_token;
+        a_s_expression.remove_prefix(l_s_token.size());
+
+        const std::size_t l_u_empty = EmptyParenthesesLength(a_s_expression);
+        if (l_s_token == PI_TEST && l_u_empty != 0) {
+            l_s_hidden += "('')";
+            a_s_expression.remove_prefix(l_u_empty);
+        }
+    }
+    return l_s_hidden;
+}
+
+} // namespace
+
+struct xpath_processor::sEvaluation
+{
+    const TiXmlNode* m_p_node = nullptr;
+    std::string m_s_expression;
+
+    // Filled by Prepare(); no query after it means that the expression does not parse.
+    bool m_b_prepared = false;
+    std::optional<pugi::xpath_query> m_c_query;
+    std::shared_ptr<const cMirror> m_p_mirror;
+    pugi::xml_node m_c_context;
+
+    bool m_b_computed = false;
+    pugi::xpath_node_set m_c_nodes;
+
+    // Whether there is a query to evaluate. Throws pugi::xpath_exception, std::bad_alloc.
+    bool Prepare();
+    pugi::xpath_node Member(unsigned a_u_index);
+};
+
+bool xpath_processor::sEvaluation::Prepare()
+{
+    if (!m_b_prepared) {
+        m_b_prepared = true;
+        pugi::xpath_query l_c_query(HideStandIns(m_s_expression).c_str());
+        m_p_mirror = cMirror::Of(*m_p_node);
+        m_c_context = m_p_mirror->Counterpart(*m_p_node);
+        m_c_query = std::move(l_c_query);
+    }
+    return m_c_query.has_value();
+}
+
+pugi::xpath_node xpath_processor::sEvaluation::Member(unsigned a_u_index)
+{
+    if (a_u_index == 0) {
+        return m_c_nodes.first();
+    }
+    m_c_nodes.sort();
+    return a_u_index < m_c_nodes.size() ? m_c_nodes[a_u_index] : pugi::xpath_node();
+}
+
+xpath_processor::xpath_processor(const TiXmlNode* a_p_node, const char* a_p_expression)
+{
+    if (a_p_node == nullptr || a_p_expression == nullptr) {
+        return;
+    }
+    try {
+        m_p_evaluation = std::make_unique<sEvaluation>();
+        m_p_evaluation->m_p_node = a_p_node;
+        m_p_evaluation->m_s_expression = a_p_expression;
+    } catch (const std::exception&) {
+        m_p_evaluation.reset();
+    }
+}
+
+xpath_processor::~xpath_processor() = default;
+
+unsigned xpath_processor::u_compute_xpath_node_set()
+{
+    if (m_p_evaluation == nullptr) {
+        return 0;
+    }
+    sEvaluation& l_c_this = *m_p_evaluation;
+    try {
+        if (!l_c_this.m_b_computed && l_c_this.Prepare() &&
+            l_c_this.m_c_query->return_type() == pugi::xpath_type_node_set) {
+            l_c_this.m_c_nodes = l_c_this.m_c_query->evaluate_node_set(l_c_this.m_c_context);
+        }
+        l_c_this.m_b_computed = true;
+        return static_cast<unsigned>(l_c_this.m_c_nodes.size());
+    } catch (const std::exception&) {
+        l_c_this.m_b_computed = true;
+        return 0;
+    }
+}
+
+TiXmlNode* xpath_processor::XNp_get_xpath_node(unsigned a_u_index)
+{
+    if (m_p_evaluation == nullptr) {
+        return nullptr;
+    }
+    try {
+        const pugi::xml_node l_c_node = m_p_evaluation->Member(a_u_index).node();
+        if (l_c_node.empty()) {
+            return nullptr;
+        }
+        // The interface takes the tree as constant and gives its nodes back as the owner has them.
+        return const_cast<TiXmlNode*>(m_p_evaluation->m_p_mirror->Original(l_c_node)); // NOLINT
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+std::string xpath_processor::S_compute_xpath()
+{
+    if (m_p_evaluation == nullptr) {
+        return {};
+    }
+    sEvaluation& l_c_this = *m_p_evaluation;
+    try {
+        // An attribute that was selected already need not be selected a second time.
+        const pugi::xml_attribute l_c_first = l_c_this.m_c_nodes.first().attribute();
+        if (!l_c_first.empty()) {
+            return l_c_first.value();
+        }
+        return l_c_this.Prepare() ? l_c_this.m_c_query->evaluate_string(l_c_this.m_c_context)
+                                  : std::string();
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+void xpath_processor::forget_tree()
+{
+    cMirror::Forget();
+}
+
+} // namespace TinyXPath
