@@ -1,0 +1,141 @@
+"""What the system tests share. They run inside the sandbox only."""
+import contextlib
+import os
+import pathlib
+import re
+import shutil
+import socket
+import subprocess
+import threading
+import time
+import urllib.parse
+
+QUERY = os.environ["KESTO_QUERY"]
+SOURCE = pathlib.Path(os.environ["KESTO_SOURCE"])
+CONFIG = pathlib.Path("/home/httpd/kestoconfig/conf/config.xml")
+EXAMPLE = SOURCE / "examples" / "config.xml"
+JSON_HEADER = b"Content-type: application/json\r\n\r\n"
+
+
+class SystemLog:
+    """Listens on /dev/log as syslogd does."""
+
+    def __init__(self):
+        self._lines = []
+        self._marked = threading.Event()
+        self._socket = socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM)
+        self._socket.bind("/dev/log")
+        threading.Thread(target=self._receive, daemon=True).start()
+
+    def _receive(self):
+        while True:
+            line = self._socket.recv(1 << 20).decode("latin-1")
+            if line == "mark":
+                self._marked.set()
+            else:
+                priority, text = re.match(r"<(\d+)>.{15} [^:]*: (.*)", line, re.S).groups()
+                self._lines.append((int(priority) & 7, text))
+
+    def take(self):
+        """All that has been logged since the last call, as (priority, text)."""
+        self._marked.clear()
+        with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as sender:
+            sender.sendto(b"mark", "/dev/log")
+        self._marked.wait()
+        lines, self._lines = self._lines, []
+        return lines
+
+
+LOG = SystemLog()
+
+
+def install_config(text=None):
+    CONFIG.parent.mkdir(parents=True, exist_ok=True)
+    CONFIG.write_bytes(EXAMPLE.read_bytes() if text is None else text)
+
+
+def start(method="GET", query="", stdin=subprocess.DEVNULL, **environment):
+    """Starts the handler as a web server would, with nothing else in its environment."""
+    return subprocess.Popen(
+        [QUERY], stdin=stdin, stdout=subprocess.PIPE,
+        env={"PATH": os.environ["PATH"], "REQUEST_METHOD": method, "QUERY_STRING": query,
+             **environment})
+
+
+def request(*arguments, **environment):
+    """Runs one request to its end: exit status, output and log lines."""
+    LOG.take()
+    process = start(*arguments, **environment)
+    output, _ = process.communicate()
+    return process.returncode, output, LOG.take()
+
+
+def answer(**values):
+    """The response to a request that was answered with these texts, which need no escapes."""
+    fields = ",".join(f'"{key}" : "{values[key]}"' for key in sorted(values))
+    return JSON_HEADER + b'{"error" : false, "data" : {' + fields.encode() + b"}}"
+
+
+def wait_for(condition):
+    """Waits until the condition holds. The bound only turns a hang into a failure."""
+    deadline = time.monotonic() + 60
+    while not condition():
+        assert time.monotonic() < deadline, "waited in vain"
+        time.sleep(0.01)
+
+
+def helpers_gone():
+    """Whether no child of an earlier request is left that could still send a signal."""
+    for comm in pathlib.Path("/proc").glob("[0-9]*/comm"):
+        with contextlib.suppress(OSError):
+            if comm.read_text().strip() in ("query", "bash", "killall"):
+                return False
+    return True
+
+
+@contextlib.contextmanager
+def named_process(name, program, *arguments):
+    """Runs a copy of an installed program under another name."""
+    path = pathlib.Path("/tmp/named") / name
+    path.parent.mkdir(exist_ok=True)
+    shutil.copy(shutil.which(program), path)
+    process = subprocess.Popen([path, *arguments])
+    try:
+        yield process
+    finally:
+        process.kill()
+        process.wait()
+
+
+@contextlib.contextmanager
+def lighttpd(port=18080):
+    """The handler behind lighttpd; yields the URL of the CGI folder."""
+    folder = pathlib.Path("/tmp/lighttpd")
+    (folder / "cgi").mkdir(parents=True, exist_ok=True)
+    shutil.copy(QUERY, folder / "cgi" / "query")
+    server = subprocess.Popen(
+        ["lighttpd", "-D", "-f", SOURCE / "examples" / "servers" / "lighttpd.conf"],
+        env={"PATH": os.environ["PATH"] + ":/usr/sbin", "KESTO_PORT": str(port),
+             "KESTO_CGI": str(folder / "cgi"), "KESTO_TEMP": str(folder)})
+    try:
+        wait_for(lambda: _connects(port))
+        yield f"http://127.0.0.1:{port}/cgi-bin"
+    finally:
+        server.terminate()
+        server.wait()
+
+
+def _connects(port):
+    with socket.socket() as probe:
+        return probe.connect_ex(("127.0.0.1", port)) == 0
+
+
+def curl(*arguments):
+    """What curl prints: the response, then the HTTP status."""
+    output = subprocess.run(["curl", "-sS", "-w", "%{http_code}", *arguments],
+                            stdout=subprocess.PIPE, check=True).stdout
+    return output[:-3], int(output[-3:])
+
+
+def encoded(**fields):
+    return urllib.parse.urlencode(fields)

@@ -1,0 +1,79 @@
+#include "interposed.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <poll.h>
+#include <stdexcept>
+#include <stdio_ext.h>
+#include <syslog.h>
+#include <unistd.h>
+
+static cDelivery* g_p_delivery = nullptr;
+
+std::vector<std::string>& Logged()
+{
+    static std::vector<std::string> l_v_logged;
+    return l_v_logged;
+}
+
+extern "C" void syslog(int a_i_priority, const char* a_p_format, ...)
+{
+    char* l_p_text = nullptr;
+    va_list l_arguments;
+    va_start(l_arguments, a_p_format);
+    if (vasprintf(&l_p_text, a_p_format, l_arguments) >= 0) {
+        Logged().push_back(std::to_string(a_i_priority) + " " + l_p_text);
+        free(l_p_text);
+    }
+    va_end(l_arguments);
+}
+
+extern "C" int poll(pollfd* /*fds*/, nfds_t /*count*/, int /*timeout*/)
+{
+    g_p_delivery->DeliverNext();
+    return 1;
+}
+
+cDelivery::cDelivery(std::vector<std::string> a_v_pieces, bool a_b_keepOpen)
+    : m_v_pieces(std::move(a_v_pieces)), m_b_keepOpen(a_b_keepOpen),
+      m_i_savedInput(dup(STDIN_FILENO))
+{
+    int l_ends[2];
+    if (pipe2(l_ends, O_NONBLOCK) != 0 || fcntl(l_ends[1], F_SETPIPE_SZ, 1 << 20) < 0) {
+        throw std::runtime_error("no pipe");
+    }
+    dup2(l_ends[0], STDIN_FILENO);
+    close(l_ends[0]);
+    m_i_sender = l_ends[1];
+    __fpurge(stdin);
+    clearerr(stdin);
+    g_p_delivery = this;
+}
+
+cDelivery::~cDelivery()
+{
+    g_p_delivery = nullptr;
+    if (m_i_sender >= 0) {
+        close(m_i_sender);
+    }
+    dup2(m_i_savedInput, STDIN_FILENO);
+    close(m_i_savedInput);
+}
+
+void cDelivery::DeliverNext()
+{
+    if (m_u_next < m_v_pieces.size()) {
+        const std::string& l_s_piece = m_v_pieces[m_u_next++];
+        if (write(m_i_sender, l_s_piece.data(), l_s_piece.size()) < 0) {
+            throw std::runtime_error("pipe full");
+        }
+        return;
+    }
+    if (m_b_keepOpen || m_i_sender < 0) {
+        throw std::logic_error("waited for a byte that never comes");
+    }
+    close(m_i_sender);
+    m_i_sender = -1;
+}
