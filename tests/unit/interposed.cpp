@@ -41,7 +41,7 @@ cDelivery::cDelivery(std::vector<std::string> a_v_pieces, bool a_b_keepOpen)
       m_i_savedInput(dup(STDIN_FILENO))
 {
     int l_ends[2];
-    if (pipe2(l_ends, O_NONBLOCK) != 0 || fcntl(l_ends[1], F_SETPIPE_SZ, 1 << 20) < 0) {
+    if (pipe2(l_ends, O_NONBLOCK) != 0) {
         throw std::runtime_error("no pipe");
     }
     dup2(l_ends[0], STDIN_FILENO);
@@ -66,7 +66,11 @@ void cDelivery::DeliverNext()
 {
     if (m_u_next < m_v_pieces.size()) {
         const std::string& l_s_piece = m_v_pieces[m_u_next++];
-        if (write(m_i_sender, l_s_piece.data(), l_s_piece.size()) < 0) {
+        const auto l_i_size = static_cast<int>(l_s_piece.size());
+        if (l_i_size > fcntl(m_i_sender, F_GETPIPE_SZ)) {
+            fcntl(m_i_sender, F_SETPIPE_SZ, l_i_size);
+        }
+        if (write(m_i_sender, l_s_piece.data(), l_s_piece.size()) != l_i_size) {
             throw std::runtime_error("pipe full");
         }
         return;
