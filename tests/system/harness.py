@@ -62,12 +62,18 @@ def start(method="GET", query="", stdin=subprocess.DEVNULL, **environment):
              **environment})
 
 
-def request(*arguments, **environment):
+def request(*arguments, body=None, **environment):
     """Runs one request to its end: exit status, output and log lines."""
     LOG.take()
-    process = start(*arguments, **environment)
-    output, _ = process.communicate()
+    process = start(*arguments, stdin=subprocess.DEVNULL if body is None else subprocess.PIPE, **environment)
+    output, _ = process.communicate(body)
     return process.returncode, output, LOG.take()
+
+
+def post(body, content_type, length=None):
+    """Runs one POST request to its end."""
+    return request("POST", body=body, CONTENT_TYPE=content_type,
+                   CONTENT_LENGTH=str(len(body) if length is None else length))
 
 
 def answer(**values):

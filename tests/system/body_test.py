@@ -1,0 +1,124 @@
+"""Request bodies: what clients send, what they break off, and what the file system refuses."""
+import hashlib
+import os
+import pathlib
+import subprocess
+import unittest
+
+import harness
+from harness import LOG, answer, install_config, post
+
+URL_ENCODED = "application/x-www-form-urlencoded"
+MULTIPART = "multipart/form-data; boundary=XyZ"
+FIELD = b'--XyZ\r\nContent-Disposition: form-data; name="a"\r\n\r\n//mtu[. = 1500]/text()\r\n'
+END = b"--XyZ--\r\n"
+
+
+def file_part(name, content):
+    return (b'--XyZ\r\nContent-Disposition: form-data; name="f"; filename="' + name.encode() +
+            b'"\r\nContent-Type: application/octet-stream\r\n\r\n' + content + b"\r\n")
+
+
+def start_post(length, kind=MULTIPART):
+    return harness.start("POST", stdin=subprocess.PIPE, CONTENT_TYPE=kind, CONTENT_LENGTH=str(length))
+
+
+def send(process, data):
+    process.stdin.write(data)
+    process.stdin.flush()
+
+
+class Bodies(unittest.TestCase):
+    def setUp(self):
+        install_config()
+
+    def test_answers_while_the_sender_stays_connected(self):
+        for kind, body in ((URL_ENCODED, b"a=//hostname/text()"),
+                           (MULTIPART, FIELD.replace(b"//mtu[. = 1500]", b"//hostname") + END)):
+            process = start_post(len(body), kind)
+            stat = pathlib.Path(f"/proc/{process.pid}/stat")
+            harness.wait_for(lambda: stat.read_text().split()[2] == "S")  # asleep, not asking again and again
+            send(process, body)
+            self.assertEqual(process.stdout.read(), answer(a="gateway-7"))
+            self.assertEqual(process.wait(), 0)
+            process.stdin.close()
+            process.stdout.close()
+
+    def test_client_breaks_off(self):
+        LOG.take()
+        process = start_post(1000000)
+        send(process, FIELD + file_part("broken.bin", b"12345"))
+        stored = pathlib.Path("/tmp/broken.bin")
+        harness.wait_for(lambda: stored.exists() and stored.read_bytes() == b"12345")
+        self.assertEqual((process.communicate()[0], process.returncode), (b"", 255))
+        self.assertEqual([text for _, text in LOG.take()[-2:]],
+                         ["ParseMultipartData - returning 0", "  main(): CGI parse failed."])
+        self.assertEqual(stored.read_bytes(), b"12345")
+
+    def test_absurd_lengths(self):
+        for length in ("-1", "99999999999999999999", "0", "x", ""):
+            for kind in (URL_ENCODED, MULTIPART):
+                self.assertEqual(post(b"a=1", kind, length)[:2], (255, b""), (kind, length))
+
+    def test_target_is_a_folder(self):
+        folder = pathlib.Path("/tmp/folder")
+        folder.mkdir()
+        status, output, log = post(FIELD + file_part("folder", b"1") + END, MULTIPART)
+        self.assertEqual((status, output), (255, b""))
+        self.assertIn((3, "ParseMultipartData() - Unable to open tmp file /tmp/folder for writing: "
+                          "error Is a directory"), log)
+        self.assertTrue(folder.is_dir())
+
+    def test_disk_full_in_the_middle_of_an_upload(self):
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "tmpfs", "/tmp"], check=True)
+        self.addCleanup(subprocess.run, ["umount", "/tmp"], check=True)
+        content = os.urandom(3 << 20)
+        status, output, _ = post(FIELD + file_part("big.bin", content) + END, MULTIPART)
+        self.assertEqual((status, output), (0, answer(a="1500", f="")))
+        stored = pathlib.Path("/tmp/big.bin").read_bytes()
+        self.assertTrue(stored and content.startswith(stored))
+
+    def test_memory_is_flat(self):
+        peaks = []
+        for size in (1 << 20, 64 << 20):
+            body = file_part("flat.bin", b"\r\n--Xy" * (size // 6))
+            process = start_post(len(body + END))
+            send(process, body)
+            stored = pathlib.Path("/tmp/flat.bin")
+            harness.wait_for(lambda: stored.stat().st_size > size - 100)
+            status = pathlib.Path(f"/proc/{process.pid}/status").read_text()
+            peaks.append(int(status.split("VmHWM:")[1].split()[0]))
+            self.assertEqual(process.communicate(END)[0], answer(f=""))
+            stored.unlink()
+        self.assertLess(peaks[1], peaks[0] + 512, "kilobytes")
+
+
+class Curl(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        install_config()
+        server = harness.lighttpd()
+        cls.url = server.__enter__() + "/query"
+        cls.addClassCleanup(server.__exit__, None, None, None)
+
+    def test_url_encoded(self):
+        body, status = harness.curl("--data-urlencode", "a=//interface[@name = 'eth0' and 1+0]/mtu/text()",
+                                    "--data-urlencode", "b=users/user[2]/fullname/text()", self.url)
+        self.assertEqual((harness.JSON_HEADER + body, status), (answer(a="1500", b="Jana Müller"), 200))
+
+    def test_upload(self):
+        path = pathlib.Path("/tmp/source/upload.bin")
+        path.parent.mkdir(exist_ok=True)
+        path.write_bytes(os.urandom(20 << 20))
+        digest = hashlib.sha256(path.read_bytes()).digest()
+        stored = pathlib.Path("/tmp/upload.bin")
+        for options in ((), ("--limit-rate", "10M")):
+            body, status = harness.curl(*options, "-F", "a=//hostname/text()", "-F", "b=//mtu\r\n[1]\n/text()",
+                                        "-F", f"f=@{path}", self.url)
+            self.assertEqual((harness.JSON_HEADER + body, status), (answer(a="gateway-7", b="1500", f=""), 200))
+            self.assertEqual(hashlib.sha256(stored.read_bytes()).digest(), digest)
+            stored.unlink()
+
+
+if __name__ == "__main__":
+    unittest.main()
