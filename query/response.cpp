@@ -38,7 +38,7 @@ static void AppendEscaped(std::string& a_s_text, const std::string& a_s_value)
 
 std::string ComposeResponse(const std::map<std::string, std::string>& a_m_result)
 {
-    std::string l_s_response = "{\"error\" : false, \"data\" : {";
+    std::string l_s_response = R"({"error" : false, "data" : {)";
     const char* l_p_separator = "";
     for (const auto& [l_s_key, l_s_value] : a_m_result) {
         l_s_response += l_p_separator;

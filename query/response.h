@@ -5,7 +5,7 @@
 #include <string>
 
 /// The answer to a request whose configuration document could not be parsed.
-constexpr const char* const ERROR_RESPONSE = "{\"error\" : true, \"data\" : {}}";
+constexpr const char* const ERROR_RESPONSE = R"({"error" : true, "data" : {}})";
 
 /// Composes the JSON object that maps every key to its value, in ascending byte order of the keys.
 /// Values are escaped: exactly the eight bytes that RFC 8259, section 7, gives a two-character

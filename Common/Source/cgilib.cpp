@@ -134,6 +134,7 @@ void cCGI::NormalizeData(std::string& a_s_text)
     a_s_text.erase(l_c_write, l_c_end);
 }
 
+// NOLINTNEXTLINE(readability-non-const-parameter): see the declaration.
 int Htoi(char* a_p_digits)
 {
     // Unsigned, so that a text of any length has a defined result.
