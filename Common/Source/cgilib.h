@@ -3,10 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <iosfwd>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 /// One CGI request (RFC 3875), and a toolkit that generates HTML pages.
 ///
@@ -131,6 +133,245 @@ public:
     /// Writes a short diagnostic text, the indent in it, and flushes the stream.
     friend std::ostream& operator<<(std::ostream& a_c_stream, const cCGI& a_c_request);
 
+    // ==== HTML ====
+    //
+    // BeginHtml() to EndForm() and the Disp operations write to standard output; every other
+    // operation returns its text and writes nothing. Nothing is escaped: names, values and contents
+    // are copied byte for byte, so a page must escape what comes from a client.
+    //
+    // The examples show XHTML at indent 0; HTML 4.01 closes an element without end tag by ">"
+    // instead of " />" (XHTML 1.0, C.2). The indent counts blanks. \n stands for a line end, and
+    // a one-line example ends in one unless the text says otherwise.
+
+    /// Attribute name to value. Attributes appear in the byte order of their names.
+    using tAttributes = std::map<std::string, std::string>;
+
+    using tStrings = std::vector<std::string>;
+
+    /// Option text to the attributes of that option.
+    using tOptions = std::map<std::string, tAttributes>;
+
+    /// A decoration of text, named like its tag.
+    enum eTextDisplayID : std::uint8_t
+    {
+        eDISPLAY_ACRONYM = 0,
+        eDISPLAY_B = 1,
+        eDISPLAY_CENTER = 2,
+        eDISPLAY_EM = 3,
+        eDISPLAY_H1 = 4,
+        eDISPLAY_H2 = 5,
+        eDISPLAY_H3 = 6,
+        eDISPLAY_H4 = 7,
+        eDISPLAY_H5 = 8,
+        eDISPLAY_H6 = 9,
+        eDISPLAY_I = 10,
+        eDISPLAY_STRIKE = 11,
+        eDISPLAY_STRONG = 12,
+        eDISPLAY_SUB = 13,
+        eDISPLAY_SUP = 14,
+        eDISPLAY_TT = 15,
+        eDISPLAY_U = 16,
+    };
+
+    // ---- Page framing ----
+
+    /// Writes everything up to the start of the body: the CGI header, the XML declaration, the
+    /// document type, the head with the title (no title element if it is empty) and the head lines,
+    /// and <body> with the body attributes as they are given: complete ones, such as class="main".
+    /// Each head line gets a line end. Flushes after every line and sets the indent to 2.
+    void BeginHtml(const std::string& a_s_title, const tStrings& a_c_bodyAttributes,
+                   const tStrings& a_c_headLines);
+
+    /// Writes </body> and </html>. The indent stays.
+    void EndHtml() const;
+
+    /// Writes <form action="/cgi" method="post"> at the indent and raises the indent by 1.
+    void BeginForm(const tAttributes& a_m_attributes);
+
+    /// Lowers the indent by 1 and writes </form> at it. At 0 the indent stays.
+    void EndForm();
+
+    // ---- Attributes ----
+
+    /// The attributes of an element without content, " alt=\"\" src=\"a.png\"": without line end.
+    std::string InflateAtomicTag(const tAttributes& a_m_attributes) const;
+
+    /// The attributes, the end of the start tag and the content: " class=\"x\" nowrap>text". An
+    /// attribute without value is minimized to its name (HTML 4.01, 3.3.4). The indent's blanks
+    /// stand before the content, also before an empty one. With a_b_newline a line end stands
+    /// before them, and one after the content unless it is empty or ends with one.
+    std::string InflateDiatomicTag(const tAttributes& a_m_attributes,
+                                   const std::string& a_s_content, bool a_b_newline) const;
+
+    // ---- Elements without end tag ----
+    // Not indented.
+
+    /// <input type="button" name="n" value="v" />
+    std::string Button(const tAttributes& a_m_attributes, const std::string& a_s_value) const;
+    /// <input type="checkbox" name="n" />
+    std::string CheckBox(const tAttributes& a_m_attributes) const;
+    /// <input type="submit" name="n" value="Reset to Defaults" />
+    std::string DefaultsButton(const tAttributes& a_m_attributes) const;
+    /// <input type="file" name="n" />
+    std::string FileUpload(const tAttributes& a_m_attributes) const;
+    /// <frame src="menu.html" name="n" />
+    std::string Frame(const tAttributes& a_m_attributes, const std::string& a_s_source) const;
+    /// <input type="hidden" name="n" value="v" />
+    std::string Hidden(const tAttributes& a_m_attributes, const std::string& a_s_value) const;
+    /// <hr class="c" />
+    std::string Hr(const tAttributes& a_m_attributes) const;
+    /// <img src="a.png" alt="A" />
+    std::string Img(const tAttributes& a_m_attributes, const std::string& a_s_source) const;
+    /// <input type="image" src="a.png" />
+    std::string ImgButton(const tAttributes& a_m_attributes) const;
+    /// <link href="a.css" rel="stylesheet" />
+    std::string Link(const tAttributes& a_m_attributes) const;
+    /// <meta content="10" http-equiv="refresh" />
+    std::string Meta(const tAttributes& a_m_attributes) const;
+    /// <input type="password" name="n" />
+    std::string Password(const tAttributes& a_m_attributes) const;
+    /// <input type="radio" name="n" />
+    std::string RadioButton(const tAttributes& a_m_attributes) const;
+    /// <input type="reset" name="n" value="v">, in XHTML too, and without line end.
+    std::string ResetButton(const tAttributes& a_m_attributes, const std::string& a_s_value) const;
+    /// <input type="submit" name="n" value="v" />
+    std::string Submit(const tAttributes& a_m_attributes, const std::string& a_s_value) const;
+    /// <input type="text" name="n" value="v" />
+    std::string Text(const tAttributes& a_m_attributes, const std::string& a_s_value) const;
+
+    // ---- Elements with content ----
+    // Attributes and content as InflateDiatomicTag() gives them.
+
+    /// <a href="/">\ncontent\n</a>, without indent before it and line end after it.
+    std::string A(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
+    /// "  <div  id="d">\ncontent\n  </div>", or "  <div  id="d"></div>" if there is no content.
+    std::string Div(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
+    /// "  <font color="red">text</font>", without line end.
+    std::string Font(const tAttributes& a_m_attributes, const std::string& a_s_text) const;
+    /// "  <form action="/cgi">\ncontent\n  </form>". Unlike BeginForm() it leaves the indent alone.
+    std::string Form(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
+    /// "  <option value="1">label  </option>"
+    std::string Option(const tAttributes& a_m_attributes, const std::string& a_s_label) const;
+    /// Like Div(): "  <span  id="s">\ncontent\n  </span>"
+    std::string Span(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
+
+    /// <script language="javascript" type="text/javascript">\n <!--\ncode //-->\n</script>: a
+    /// comment hides the code from old browsers (HTML 4.01, 18.3.2). The code should end in a line
+    /// end, for none is added. Without code <script language="javascript"
+    /// type="text/javascript"></script>.
+    std::string Script(const tAttributes& a_m_attributes, const std::string& a_s_code) const;
+
+    /// <textarea cols="40" rows="4" name="n">\ncontent\n</textarea>, sized in lines and characters;
+    /// from 2^31 up a size appears negative. Empty values are minimized; nothing is indented.
+    std::string TextArea(const tAttributes& a_m_attributes, const std::string& a_s_content,
+                         unsigned int a_u_rows, unsigned int a_u_cols) const;
+
+    // ---- Choice lists ----
+    // <select name="n">\n, a line for each choice, </select>; not indented. The lines are
+    //   of values    " <option value="v">v</option>". The attribute "DEFAULT" does not appear: it
+    //                names the value that is marked, " <option selected="selected" value=...".
+    //   of options   " <option value="1">text</option>", with the attributes of the option, an
+    //                empty value minimized. "DEFAULT" is an attribute like any other.
+    //   of items     the items as they are, for example Option() texts. "DEFAULT" likewise.
+    // A size counts visible lines; from 2^31 up it appears negative.
+
+    /// <select name="n">...
+    std::string PopupMenu(const tAttributes& a_m_attributes, const tStrings& a_c_values) const;
+    std::string PopupMenu(const tAttributes& a_m_attributes, const tOptions& a_m_options) const;
+    std::string DropDownList(const tAttributes& a_m_attributes, const tStrings& a_c_items) const;
+
+    /// <select name="n" size="5">...
+    std::string ScrollList(unsigned int a_u_size, const tAttributes& a_m_attributes,
+                           const tStrings& a_c_values) const;
+    std::string ScrollList(unsigned int a_u_size, const tAttributes& a_m_attributes,
+                           const tOptions& a_m_options) const;
+
+    /// <select size="5" name="n">...
+    std::string ScrollList(const tAttributes& a_m_attributes, const tStrings& a_c_items,
+                           unsigned int a_u_size) const;
+
+    // For each value, at the indent and without line end after the label. "DEFAULT" names the value
+    // that is marked; checked="checked" takes its place among the attributes.
+
+    /// <input type=checkbox  name="n" value="v" />\nv
+    std::string CheckBoxGroup(const tAttributes& a_m_attributes, const tStrings& a_c_values) const;
+    /// <input type=radio  name="n" value= "v" />\nv
+    std::string RadioGroup(const tAttributes& a_m_attributes, const tStrings& a_c_values) const;
+
+    // ---- Tables and framesets ----
+    // The content stands as it is, without line end. Of the elements of a list, cells and frames
+    // get the indent and a line end, rows nothing. End tags stand at the indent.
+
+    /// <table border="1">\ncontent</table>; of a list <table  border="1">\nrows</table>.
+    std::string Table(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
+    std::string Table(const tAttributes& a_m_attributes, const tStrings& a_c_rows) const;
+    /// " <tr align="left">\ncontent </tr>"
+    std::string Tr(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
+    std::string Tr(const tAttributes& a_m_attributes, const tStrings& a_c_cells) const;
+    /// "  <td nowrap>\ncontent\n  </td>", as InflateDiatomicTag() gives it; of a list a cell each.
+    std::string Td(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
+    std::string Td(const tAttributes& a_m_attributes, const tStrings& a_c_contents) const;
+    /// " <frameset cols="50%,50%">\ncontent </frameset>"
+    std::string Frameset(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
+    std::string Frameset(const tAttributes& a_m_attributes, const tStrings& a_c_frames) const;
+
+    // ---- Text and diagnostics ----
+
+    /// <h3>text</h3>, without line end. An identifier outside the enumeration ends the process with
+    /// a failed assertion, in a Release build too.
+    std::string DecorateText(eTextDisplayID a_e_display, std::string a_s_text) const;
+
+    /// a_u_count times <br />\n, in HTML 4.01 <br>\n; nothing at a level outside eCompliance.
+    std::string Br(unsigned int a_u_count) const;
+
+    // The listings show the client's texts unescaped: for diagnosis only, never on a public page.
+
+    /// Writes "key = 'value'<BR>" at the indent, a flushed line for each variable.
+    void DispEnvironment() const;
+    /// Writes "key = 'value'<BR>" at the indent, a flushed line for each field.
+    void DispGetData() const;
+    /// Writes "key = 'value'<br>" at the indent, a flushed line for each field.
+    void DispPostData() const;
+    /// Writes the text at the indent, a line end, and flushes.
+    void DispLine(std::string a_s_text) const;
+    /// Writes the text at the indent and nothing after it.
+    void DispText(std::string a_s_text) const;
+
+    // ---- Braced lists ----
+    // Tr(attributes, {"a", "b"}) takes a list. Without these overloads the braces could also mean
+    // one std::string, or one map, made of two iterators.
+
+    using tBracedList = std::initializer_list<std::string>;
+    std::string Table(const tAttributes& a_m_attributes, tBracedList a_c_rows) const
+    {
+        return Table(a_m_attributes, tStrings(a_c_rows));
+    }
+    std::string Tr(const tAttributes& a_m_attributes, tBracedList a_c_cells) const
+    {
+        return Tr(a_m_attributes, tStrings(a_c_cells));
+    }
+    std::string Td(const tAttributes& a_m_attributes, tBracedList a_c_contents) const
+    {
+        return Td(a_m_attributes, tStrings(a_c_contents));
+    }
+    std::string Frameset(const tAttributes& a_m_attributes, tBracedList a_c_frames) const
+    {
+        return Frameset(a_m_attributes, tStrings(a_c_frames));
+    }
+
+    // Literals only: {"b", {}} is an option without attributes and must not turn into a
+    // std::string.
+    using tBracedValues = std::initializer_list<const char*>;
+    std::string PopupMenu(const tAttributes& a_m_attributes, tBracedValues a_c_values) const
+    {
+        return PopupMenu(a_m_attributes, tStrings(a_c_values.begin(), a_c_values.end()));
+    }
+    std::string ScrollList(unsigned int a_u_size, const tAttributes& a_m_attributes,
+                           tBracedValues a_c_values) const
+    {
+        return ScrollList(a_u_size, a_m_attributes, tStrings(a_c_values.begin(), a_c_values.end()));
+    }
+
 private:
     // What one read of a multipart body may take.
     static constexpr std::size_t READ_BUFFER_SIZE = 131072;
@@ -140,6 +381,39 @@ private:
 
     // Splits and decodes URL-encoded text, for both kinds of request.
     static void StoreFields(const std::string& a_s_text, tFormData& a_m_data);
+
+    // ---- HTML ----
+
+    // What depends on the compliance level. The document type is empty where there is none.
+    const char* DocumentType() const;
+    const char* EmptyElementEnd() const;
+    const char* LineBreak() const;
+
+    // NOLINTNEXTLINE(modernize-return-braced-init-list): in braces it would mean two characters.
+    std::string Indent() const { return std::string(m_u_indent, ' '); }
+
+    // ` name="value"`
+    static std::string Attribute(const std::string& a_s_name, const std::string& a_s_value);
+
+    // Like InflateAtomicTag(), but an empty value leaves the name alone.
+    static std::string MinimizedAttributes(const tAttributes& a_m_attributes);
+
+    static std::string Decimal(unsigned int a_u_number);
+
+    // The items, each with a text before and one after it.
+    static std::string Listed(const tStrings& a_c_items, const std::string& a_s_before,
+                              const std::string& a_s_after);
+
+    // The families of elements; see their users for what tells the members apart.
+    std::string EmptyElement(const std::string& a_s_opening, const tAttributes& a_m_attributes,
+                             const std::string& a_s_value = "") const;
+    std::string Container(const char* a_p_opening, const tAttributes& a_m_attributes,
+                          const std::string& a_s_content, const char* a_p_closing) const;
+    std::string Enclosed(const std::string& a_s_opening, const tAttributes& a_m_attributes,
+                         const std::string& a_s_content, const char* a_p_closing) const;
+    std::string Group(const char* a_p_opening, const char* a_p_value,
+                      const tAttributes& a_m_attributes, const tStrings& a_c_values) const;
+    static std::string OptionLines(const tOptions& a_m_options);
 
     eCompliance m_e_compliance;
     tFormData m_m_environment;
