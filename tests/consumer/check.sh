@@ -1,0 +1,18 @@
+#!/bin/sh
+# Installs the toolkit from the build folder $2 and builds the page of the source folder $1 against
+# the installed tree, once by find_package and once by pkg-config.
+set -eu
+tree=$(mktemp -d)
+trap 'rm -rf "$tree"' EXIT
+
+cmake --install "$2" --prefix "$tree/usr" --component development
+cmake -S "$1" -B "$tree/build" -DCMAKE_PREFIX_PATH="$tree/usr"
+cmake --build "$tree/build"
+PKG_CONFIG_PATH=$(dirname "$(find "$tree/usr" -name cgilib.pc)")
+export PKG_CONFIG_PATH
+# shellcheck disable=SC2046 # flags are words
+c++ -std=c++17 "$1/page.cpp" -o "$tree/page" $(pkg-config --cflags --libs cgilib)
+
+for program in "$tree/build/page" "$tree/page"; do
+    REQUEST_METHOD=GET QUERY_STRING=a=%42 "$program" | grep -x '  a is B'
+done
