@@ -15,8 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* a_p_data, std::size_t 
         return l_p_document;
     }();
     const std::string l_s_expression(reinterpret_cast<const char*>(a_p_data), a_u_size);
-    const auto l_m_values =
-        ExtractValues(*s_p_document, {{"a", l_s_expression}, {"b", l_s_expression}});
+    const auto l_m_values = ExtractValues(*s_p_document, {{"a", l_s_expression}, {"b", l_s_expression}});
     if (l_m_values.at("a") != l_m_values.at("b")) {
         std::abort();
     }

@@ -19,16 +19,14 @@ namespace
 
 using tOutcome = std::tuple<bool, cCGI::tFormData, std::vector<std::string>, std::string>;
 
-const std::string FILE_LINE =
-    "7 ParseMultipartData - Parsed filename attribute from entity header (";
+const std::string FILE_LINE = "7 ParseMultipartData - Parsed filename attribute from entity header (";
 
 // The stored upload, if any. It is removed: thousands of runs must not fill the file system.
 std::string TakeUpload()
 {
     for (const std::string& l_s_line : Logged()) {
         if (l_s_line.rfind(FILE_LINE, 0) == 0) {
-            const std::string l_s_path =
-                l_s_line.substr(FILE_LINE.size(), l_s_line.size() - FILE_LINE.size() - 2);
+            const std::string l_s_path = l_s_line.substr(FILE_LINE.size(), l_s_line.size() - FILE_LINE.size() - 2);
             if (std::filesystem::is_regular_file(l_s_path)) {
                 std::ifstream l_c_file(l_s_path);
                 std::string l_s_content(std::istreambuf_iterator<char>(l_c_file), {});

@@ -36,8 +36,7 @@ static cCGI Page(int a_i_level)
 
 TEST(Html, FramesPages)
 {
-    const std::string l_s_start =
-        "Content-type: text/html\n\n<?xml version='1.0' encoding='iso-8859-1'?>\n\n";
+    const std::string l_s_start = "Content-type: text/html\n\n<?xml version='1.0' encoding='iso-8859-1'?>\n\n";
     const std::string l_s_head =
         "\n<html xmlns='http://www.w3.org/1999/xhtml' lang='en-US' xml:lang='en-US'>\n <head>\n";
     // Of the levels from 4 on; those below 4 have the first one too.
@@ -68,11 +67,10 @@ TEST(Html, FramesPages)
             l_c_page.EndForm();
         }
     });
-    ExpectEach({{l_s_written,
-                 l_s_start + l_s_head +
-                     "  <title>S</title>\n  one\n  two\n\n </head>\n\n <body onload=init() bare>\n"
-                     "  <form action='/cgi' empty='' method='post'>\n   <form>\n    t    l\n"
-                     " </body>\n</html>\n   </form>\n  </form>\n </form>\n</form>\n</form>\n"}});
+    ExpectEach({{l_s_written, l_s_start + l_s_head +
+                                  "  <title>S</title>\n  one\n  two\n\n </head>\n\n <body onload=init() bare>\n"
+                                  "  <form action='/cgi' empty='' method='post'>\n   <form>\n    t    l\n"
+                                  " </body>\n</html>\n   </form>\n  </form>\n </form>\n</form>\n</form>\n"}});
 }
 
 TEST(Html, GeneratesElements)
@@ -122,8 +120,7 @@ TEST(Html, GeneratesChoices)
     const std::string l_s_values = " <option value='a'>a</option>\n"
                                    " <option selected='selected' value='b'>b</option>\n</select>\n";
     const cCGI::tOptions l_m_options = {{"b", {{"selected", ""}}}, {"a", {{"value", "1"}}}};
-    const std::string l_s_options =
-        " <option value='1'>a</option>\n <option selected>b</option>\n</select>\n";
+    const std::string l_s_options = " <option value='1'>a</option>\n <option selected>b</option>\n</select>\n";
     ExpectEach({
         {l_c_page.PopupMenu(l_m_b, {"a", "b"}), l_s_some + ">\n" + l_s_values},
         {FLAT.RadioGroup(NONE, {}) + FLAT.PopupMenu(NONE, {}), "<select>\n</select>\n"},
@@ -161,8 +158,7 @@ TEST(Html, GeneratesTables)
 TEST(Html, DecoratesAndDisplays)
 {
     cCGI l_c_page = Page(0);
-    std::istringstream l_c_tags(
-        "acronym b center em h1 h2 h3 h4 h5 h6 i strike strong sub sup tt u");
+    std::istringstream l_c_tags("acronym b center em h1 h2 h3 h4 h5 h6 i strike strong sub sup tt u");
     std::string l_s_tag;
     for (int l_i_id = 0; l_c_tags >> l_s_tag; ++l_i_id) {
         const auto l_e_id = static_cast<cCGI::eTextDisplayID>(l_i_id);

@@ -37,8 +37,7 @@ extern "C" int poll(pollfd* /*fds*/, nfds_t /*count*/, int /*timeout*/)
 }
 
 cDelivery::cDelivery(std::vector<std::string> a_v_pieces, bool a_b_keepOpen)
-    : m_v_pieces(std::move(a_v_pieces)), m_b_keepOpen(a_b_keepOpen),
-      m_i_savedInput(dup(STDIN_FILENO))
+    : m_v_pieces(std::move(a_v_pieces)), m_b_keepOpen(a_b_keepOpen), m_i_savedInput(dup(STDIN_FILENO))
 {
     int l_ends[2];
     if (pipe2(l_ends, O_NONBLOCK) != 0) {
