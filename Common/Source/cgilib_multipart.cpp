@@ -190,15 +190,14 @@ bool cMultipartParser::Refill()
     const auto l_u_wanted =
         static_cast<std::size_t>(std::min<std::uint64_t>(m_u_remaining, m_u_bufferSize));
     const std::size_t l_u_read = l_u_wanted == 0 ? 0 : std::fread(m_p_buffer, 1, l_u_wanted, stdin);
-    m_u_remaining -= l_u_read;
-    m_c_accumulator.Append({m_p_buffer, l_u_read});
-
     // Without new bytes the step would find what it found last time. Where none can come the body
     // has ended inside a part; otherwise sleep instead of asking again and again.
     const bool l_b_stuck = l_u_read == 0 && m_b_needsBytes;
     if (l_b_stuck && (l_u_wanted == 0 || !AwaitStandardInput())) {
         m_e_outcome = eFAILED;
     }
+    m_u_remaining -= l_u_read;
+    m_c_accumulator.Append({m_p_buffer, l_u_read});
     return m_e_outcome == eGOING;
 }
 
