@@ -27,7 +27,8 @@ std::string TakeUpload()
     for (const std::string& l_s_line : Logged()) {
         if (l_s_line.rfind(FILE_LINE, 0) == 0) {
             const std::string l_s_path = l_s_line.substr(FILE_LINE.size(), l_s_line.size() - FILE_LINE.size() - 2);
-            if (std::filesystem::is_regular_file(l_s_path)) {
+            std::error_code l_c_unnameable;
+            if (std::filesystem::is_regular_file(l_s_path, l_c_unnameable)) {
                 std::ifstream l_c_file(l_s_path);
                 std::string l_s_content(std::istreambuf_iterator<char>(l_c_file), {});
                 unlink(l_s_path.c_str());
