@@ -1,5 +1,7 @@
 #include "extraction.h"
 
+#include <string_view>
+
 #include <xpath_processor.h>
 
 static std::string PrintedSubtree(const TiXmlNode& a_c_node)
@@ -9,15 +11,13 @@ static std::string PrintedSubtree(const TiXmlNode& a_c_node)
     a_c_node.Accept(&l_c_printer);
 
     std::string l_s_value;
-    l_s_value.reserve(l_c_printer.Size());
-    for (const char* l_p_byte = l_c_printer.CStr(); *l_p_byte != '\0'; ++l_p_byte) {
-        if (*l_p_byte == '"') {
-            l_s_value += "&quot;";
-        } else {
-            l_s_value += *l_p_byte;
-        }
+    std::string_view l_s_rest = l_c_printer.CStr();
+    for (std::size_t l_u_quote = l_s_rest.find('"'); l_u_quote != std::string_view::npos;
+         l_u_quote = l_s_rest.find('"')) {
+        l_s_value.append(l_s_rest.substr(0, l_u_quote)).append("&quot;");
+        l_s_rest.remove_prefix(l_u_quote + 1);
     }
-    return l_s_value;
+    return l_s_value.append(l_s_rest);
 }
 
 static std::string NodeText(const TiXmlNode& a_c_node)

@@ -9,6 +9,7 @@
 #include <pidfile.h>
 
 #include "extraction.h"
+#include "heap.h"
 #include "paths.h"
 #include "peers.h"
 #include "response.h"
@@ -74,6 +75,7 @@ int main()
         return NOTHING_WRITTEN;
     }
 
+    FetchHeapFor(l_s_configPath);
     std::string l_s_response = ERROR_RESPONSE;
     TiXmlDocument l_c_document;
     if (LoadConfig(l_c_document, l_s_configPath)) {

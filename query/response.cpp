@@ -25,15 +25,17 @@ static char EscapeLetter(char a_i_byte)
 
 static void AppendEscaped(std::string& a_s_text, const std::string& a_s_value)
 {
-    for (const char l_i_byte : a_s_value) {
-        const char l_i_letter = EscapeLetter(l_i_byte);
-        if (l_i_letter == '\0') {
-            a_s_text += l_i_byte;
-        } else {
+    std::size_t l_u_copied = 0;
+    for (std::size_t l_u_byte = 0; l_u_byte < a_s_value.size(); ++l_u_byte) {
+        const char l_i_letter = EscapeLetter(a_s_value[l_u_byte]);
+        if (l_i_letter != '\0') {
+            a_s_text.append(a_s_value, l_u_copied, l_u_byte - l_u_copied);
             a_s_text += '\\';
             a_s_text += l_i_letter;
+            l_u_copied = l_u_byte + 1;
         }
     }
+    a_s_text.append(a_s_value, l_u_copied);
 }
 
 std::string ComposeResponse(const std::map<std::string, std::string>& a_m_result)

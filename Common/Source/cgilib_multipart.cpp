@@ -380,6 +380,10 @@ bool cCGI::ParseMultipartData()
         syslog(LOG_ERR, "%s - Unable to set STDIN to non-blocking.", FUNCTION);
         return false;
     }
+    // A pipe holds 64 KiB unless told otherwise, so a fast client would wait for every read. An
+    // input that is no pipe refuses this.
+    fcntl(STDIN_FILENO, F_SETPIPE_SZ, static_cast<int>(2 * READ_BUFFER_SIZE));
+
     const std::string* l_p_length = Environment("CONTENT_LENGTH");
     if (l_p_length == nullptr) {
         syslog(LOG_ERR, "%s - Unable to get CONTENT_LENGTH value from env.", FUNCTION);
