@@ -7,7 +7,9 @@ from collections import namedtuple
 from pathlib import Path
 
 import documents
-from sandbox import BIN, CONFIG
+
+BIN = "/run/bench/"
+CONFIG = "/home/httpd/kestoconfig/conf/config.xml"
 
 # What `launch` tells of one run: times in milliseconds, peak memory in MB.
 Sample = namedtuple("Sample", "answered ended own everything peak")
