@@ -10,6 +10,7 @@
 #include <syslog.h>
 #include <unistd.h>
 
+#include "accumulator.h"
 #include "standard_input.h"
 
 namespace
@@ -22,56 +23,6 @@ constexpr std::string_view CLOSING_END = "--\r\n";
 
 // Of a part header that has not arrived in full, fewer bytes than this may wait.
 constexpr std::size_t MAX_WAITING_HEADER = 10240;
-
-// memmem is linear in the worst case too, which no std::string search promises.
-std::size_t Find(std::string_view a_s_text, std::string_view a_s_wanted, std::size_t a_u_from)
-{
-    const void* l_p_found = memmem(a_s_text.data() + a_u_from, a_s_text.size() - a_u_from,
-                                   a_s_wanted.data(), a_s_wanted.size());
-    return l_p_found == nullptr
-               ? std::string_view::npos
-               : static_cast<std::size_t>(static_cast<const char*>(l_p_found) - a_s_text.data());
-}
-
-// Bytes that have been read and not yet consumed. Consuming moves nothing: a block of many tiny
-// parts is not shifted once a part.
-class cAccumulator
-{
-public:
-    std::string_view Bytes() const { return std::string_view(m_s_bytes).substr(m_u_start); }
-
-    void Append(std::string_view a_s_bytes)
-    {
-        if (m_u_start >= m_s_bytes.size() - m_u_start) {
-            m_s_bytes.erase(0, m_u_start);
-            m_u_start = 0;
-        }
-        m_s_bytes.append(a_s_bytes);
-    }
-
-    void Consume(std::size_t a_u_count)
-    {
-        m_u_start += a_u_count;
-        m_u_searched = 0;
-    }
-
-    // The position of the wanted text, or npos. A search that found nothing is resumed where it
-    // stopped, as long as nothing has been consumed and the same text is asked for.
-    std::size_t ResumeFind(std::string_view a_s_wanted)
-    {
-        const std::string_view l_s_bytes = Bytes();
-        const std::size_t l_u_found = Find(l_s_bytes, a_s_wanted, m_u_searched);
-        const bool l_b_retry =
-            l_u_found == std::string_view::npos && l_s_bytes.size() >= a_s_wanted.size();
-        m_u_searched = l_b_retry ? l_s_bytes.size() - a_s_wanted.size() + 1 : 0;
-        return l_u_found;
-    }
-
-private:
-    std::string m_s_bytes;
-    std::size_t m_u_start = 0;
-    std::size_t m_u_searched = 0; // no wanted text begins before this position
-};
 
 // What stands between the first two double quotes after a_u_from, and anything before the first
 // quote too: without quotes everything up to the end of the header block.
@@ -310,7 +261,7 @@ eParseState cMultipartParser::WriteFile()
     std::size_t l_u_chunk = std::min(l_s_bytes.find('\r'), l_s_bytes.size());
     m_b_needsBytes = true;
     if (l_s_bytes.size() - l_u_chunk >= m_s_delimiter.size()) {
-        const std::size_t l_u_end = Find(l_s_bytes, m_s_delimiter, l_u_chunk);
+        const std::size_t l_u_end = FindText(l_s_bytes, m_s_delimiter, l_u_chunk);
         m_b_needsBytes = l_u_end == std::string_view::npos;
         l_u_chunk = m_b_needsBytes ? l_s_bytes.size() - DelimiterStartLength(l_s_bytes) : l_u_end;
     }
