@@ -97,9 +97,7 @@ class Curl(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         install_config()
-        server = harness.lighttpd()
-        cls.url = server.__enter__() + "/query"
-        cls.addClassCleanup(server.__exit__, None, None, None)
+        cls.url = cls.enterClassContext(harness.lighttpd()) + "/query"
 
     def test_url_encoded(self):
         body, status = harness.curl("--data-urlencode", "a=//interface[@name = 'eth0' and 1+0]/mtu/text()",

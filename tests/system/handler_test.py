@@ -54,16 +54,6 @@ class Flow(unittest.TestCase):
         self.assertEqual((process.communicate()[0], process.returncode), (answer(a="1"), 0))
         self.assertEqual(errors(LOG.take()), [])
 
-    def test_live_duplicate_is_only_logged(self):
-        with harness.named_process("query", "sleep", "1000") as other:
-            PID_FILE.write_text(str(other.pid))
-            status, output, log = request("GET", "a=//hostname/text()")
-            self.assertEqual((status, output), (0, answer(a="gateway-7")))
-            self.assertEqual(log, [(3, "  cPidFile::cPidFile(): Found another instance of process running "
-                                       f"(PROCESS: query, PID: {other.pid})")])
-            self.assertEqual(PID_FILE.read_text(), str(other.pid))
-        PID_FILE.unlink()
-
     def test_full_standard_output_is_reported(self):
         with open("/dev/full", "wb") as full:
             status = subprocess.run([harness.QUERY], stdout=full, env={"REQUEST_METHOD": "GET"}).returncode
@@ -105,9 +95,8 @@ class Peers(unittest.TestCase):
             self.assertEqual(path.read_text(), "/dev/null\n" * 3)
         ended = [folder / "end.brolvex", folder / "end.tamsorin"]
         self.assertFalse(any(path.exists() for path in ended))
-        with open(folder / "gate", "w") as gate:
+        with open(folder / "gate", "w", buffering=1) as gate:
             gate.write("go\ngo\n")
-            gate.flush()
             wait_for_all(ended)
 
 
@@ -115,9 +104,7 @@ class WebServer(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         install_config()
-        server = harness.lighttpd()
-        cls.url = server.__enter__() + "/query"
-        cls.addClassCleanup(server.__exit__, None, None, None)
+        cls.url = cls.enterClassContext(harness.lighttpd()) + "/query"
 
     def get(self, *fields):
         data = [argument for field in fields for argument in ("--data-urlencode", field)]

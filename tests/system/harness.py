@@ -83,11 +83,12 @@ def answer(**values):
 
 
 def wait_for(condition):
-    """Waits until the condition holds. The bound only turns a hang into a failure."""
+    """Waits until the condition holds and gives its value. The bound only turns a hang into a failure."""
     deadline = time.monotonic() + 60
-    while not condition():
+    while not (value := condition()):
         assert time.monotonic() < deadline, "waited in vain"
         time.sleep(0.01)
+    return value
 
 
 def helpers_gone():
@@ -114,11 +115,12 @@ def named_process(name, program, *arguments):
 
 
 @contextlib.contextmanager
-def lighttpd(port=18080):
-    """The handler behind lighttpd; yields the URL of the CGI folder."""
+def lighttpd(*pages, port=18080):
+    """The handler and other programs behind lighttpd; yields the URL of the CGI folder."""
     folder = pathlib.Path("/tmp/lighttpd")
     (folder / "cgi").mkdir(parents=True, exist_ok=True)
-    shutil.copy(QUERY, folder / "cgi" / "query")
+    for program in (QUERY, *pages):
+        shutil.copy(program, folder / "cgi")
     server = subprocess.Popen(
         ["lighttpd", "-D", "-f", SOURCE / "examples" / "servers" / "lighttpd.conf"],
         env={"PATH": os.environ["PATH"] + ":/usr/sbin", "KESTO_PORT": str(port),

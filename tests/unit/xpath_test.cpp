@@ -33,46 +33,32 @@ TEST(XPath, SelectsAndExtracts)
     const std::tuple<const char*, unsigned, const char*> l_cases[] = {
         {"a", 2, "<a n=&quot;1&quot;>one</a>"},
         {"a[2]", 1, "<a n=&quot;3&quot;><!--in--><b />\xC3\xBC&amp;&quot;</a>"},
-        {"/c/a/@n", 2, "1"},
         {"a[last()]/@n | a[1]/@n", 2, "1"},
-        {"a[2]/preceding-sibling::*", 2, "<a n=&quot;1&quot;>one</a>"},
         {"*[@n > 1]/text()", 2, "t<o"},
-        {"p:a/@n", 1, "2"},
         {"@*", 1, "1"},
-        {"@xmlns:p", 0, ""},
         {"a/text()[string-length() = 4]/../@n", 1, "3"}, // the umlaut has two bytes
         {"a/comment()", 1, "in"},
         {"/comment()", 1, "top"},
         {"/node()[1]", 1, ""},
-        {"/node()[2]", 1, ""},
         {"p:a/node()", 2, ""},
         {"p:a/node()[2]", 1, "t<o"},
-        {"//processing-instruction ( )", 0, ""},
         {"a[1][not(//processing-instruction())]/@n", 1, "1"},
         {"node()[last()]", 1, ""},
         {"a[. = 'processing-instruction()' or @n='1']/@n", 1, "1"},
-        {"missing", 0, ""},
-        {"count(a)", 0, ""},
-        {"'text'", 0, ""},
-        {"a = 1", 0, ""},
-        {"", 0, ""},
-        {"a[", 0, ""},
-        {"a['", 0, ""},
-        {"$v", 0, ""},
-        {"f(a)", 0, ""},
-        {"processing-instruction(", 0, ""},
     };
     for (const auto& [l_p_expression, l_u_count, l_p_value] : l_cases) {
         EXPECT_EQ(Count(l_c_document, l_p_expression), l_u_count) << l_p_expression;
         EXPECT_EQ(Value(l_c_document, l_p_expression), l_p_value) << l_p_expression;
     }
+    for (const char* l_p_nothing : {"missing", "@xmlns:p", "//processing-instruction ( )", "count(a)", "'text'",
+                                    "a = 1", "", "a[", "a['", "$v", "f(a)", "processing-instruction("}) {
+        EXPECT_EQ(Count(l_c_document, l_p_nothing), 0U) << l_p_nothing;
+        EXPECT_EQ(Value(l_c_document, l_p_nothing), "") << l_p_nothing;
+    }
+    EXPECT_EQ(Count(l_c_document, std::string(100000, '(').c_str()), 0U);
     EXPECT_EQ(Value(l_c_document, "/").substr(0, 21), "<?xml version=&quot;1");
     EXPECT_EQ(Value(l_c_document, std::string("a/@n\0[", 6)), "1");
-
-    xpath_processor l_c_sum(l_c_document.RootElement(), "sum(a/@n)");
-    EXPECT_EQ(l_c_sum.S_compute_xpath(), "4");
-    EXPECT_EQ(xpath_processor(l_c_document.RootElement(), std::string(100000, '(').c_str()).u_compute_xpath_node_set(),
-              0U);
+    EXPECT_EQ(xpath_processor(l_c_document.RootElement(), "sum(a/@n)").S_compute_xpath(), "4");
 }
 
 TEST(XPath, GivesMembersInDocumentOrder)
@@ -144,10 +130,7 @@ TEST(XPath, AnswersWithoutAnElement)
     TiXmlDocument l_c_document;
     l_c_document.Parse("<?xml version=\"1.0\"?><!-- nothing else -->");
     EXPECT_EQ(Value(l_c_document, "/"), "");
-    xpath_processor l_c_processor(nullptr, "/");
-    EXPECT_EQ(l_c_processor.u_compute_xpath_node_set(), 0U);
-    EXPECT_EQ(l_c_processor.XNp_get_xpath_node(0), nullptr);
-    EXPECT_EQ(l_c_processor.S_compute_xpath(), "");
+    EXPECT_EQ(xpath_processor(nullptr, "/").S_compute_xpath(), "");
 }
 
 TEST(Response, ComposesWhatWasExtracted)

@@ -1,0 +1,36 @@
+#ifndef ESCAPE_H
+#define ESCAPE_H
+
+#include <string>
+
+/// The text with the five characters that mean something to HTML written as references, so that it
+/// shows as it is, between tags and within a quoted attribute value alike. The toolkit copies every
+/// text unchanged: whatever a client sent passes through here before it reaches a page.
+inline std::string Escaped(const std::string& a_s_text)
+{
+    std::string l_s_escaped;
+    for (const char l_i_byte : a_s_text) {
+        switch (l_i_byte) {
+        case '&':
+            l_s_escaped += "&amp;";
+            break;
+        case '<':
+            l_s_escaped += "&lt;";
+            break;
+        case '>':
+            l_s_escaped += "&gt;";
+            break;
+        case '"':
+            l_s_escaped += "&quot;";
+            break;
+        case '\'':
+            l_s_escaped += "&#39;";
+            break;
+        default:
+            l_s_escaped += l_i_byte;
+        }
+    }
+    return l_s_escaped;
+}
+
+#endif

@@ -1,0 +1,63 @@
+#ifndef HEAD_H
+#define HEAD_H
+
+#include <cgilib.h>
+
+#include <string>
+
+/// The look that the pages share.
+constexpr const char* const STYLE = R"css(<style type="text/css">
+* { box-sizing: border-box; }
+body { margin: 0 auto; max-width: 58rem; padding: 1.5rem 1rem 3rem; background: #f4f6f8;
+  color: #1c2733; font: 1rem/1.5 system-ui, sans-serif; }
+h1 { margin: 0 0 .75rem; font-size: 1.6rem; }
+h2 { margin: 0 0 .75rem; font-size: 1.15rem; }
+p { margin: 0 0 1rem; }
+a { display: inline-block; color: #0b5394; }
+hr { margin: 1.5rem 0; border: 0; border-top: 1px solid #d3dae2; }
+code, tt, pre, .answers td { font: .9rem/1.5 ui-monospace, "DejaVu Sans Mono", monospace; }
+form, .panel { margin: 0 0 1.25rem; padding: 1.25rem; background: #fff;
+  border: 1px solid #d3dae2; border-radius: .5rem; }
+.panel > :last-child, form > :last-child { margin-bottom: 0; }
+label { font-weight: 600; }
+input, select, textarea { font: inherit; font-weight: 400; accent-color: #0b5394; }
+input[type=text], input[type=password], input[type=file], select, textarea { width: 100%;
+  padding: .45rem .6rem; background: #fff; color: inherit; border: 1px solid #7a8795;
+  border-radius: .3rem; }
+input[type=submit], input[type=button], input[type=reset] { padding: .45rem 1rem;
+  background: #fff; color: #0b5394; border: 1px solid #0b5394; border-radius: .3rem;
+  cursor: pointer; }
+input[type=submit].main { background: #0b5394; color: #fff; }
+input[type=image] { vertical-align: middle; }
+:focus-visible { outline: 3px solid #e69a17; outline-offset: 2px; }
+.hint { color: #52606f; font-size: .9rem; font-weight: 400; }
+.failed { padding: .6rem .8rem; background: #fdecea; color: #86170e; border-left: 4px solid #b3261e; }
+.actions { display: flex; flex-wrap: wrap; gap: .6rem; align-items: center; margin-bottom: .75rem; }
+table { width: 100%; margin-bottom: 1rem; border-collapse: collapse; }
+th, td { padding: .5rem .6rem .5rem 0; text-align: left; vertical-align: top;
+  overflow-wrap: anywhere; border-bottom: 1px solid #e4e9ee; }
+td:last-child { padding-right: 0; }
+pre { margin: .5rem 0 0; white-space: pre-wrap; overflow-wrap: anywhere; }
+@media (max-width: 39.9rem) {
+  table, tbody, tr, td { display: block; }
+  thead { position: absolute; left: -999rem; }
+  td { padding: .15rem 0; border: 0; }
+  tr { padding: .5rem 0; border-bottom: 1px solid #e4e9ee; }
+}
+</style>)css";
+
+/// What stands in the head of every page, with the rules of its own.
+inline cCGI::tStrings HeadLines(const cCGI& a_c_page, const std::string& a_s_style)
+{
+    return {
+        // The XML declaration names another encoding; a browser goes by this line.
+        a_c_page.Meta({{"http-equiv", "Content-Type"}, {"content", "text/html; charset=utf-8"}}),
+        a_c_page.Meta({{"name", "viewport"}, {"content", "width=device-width"}}),
+        // An icon without content, so that no browser asks the server for one.
+        a_c_page.Link({{"rel", "icon"}, {"href", "data:,"}}),
+        STYLE,
+        "<style type=\"text/css\">" + a_s_style + "</style>",
+    };
+}
+
+#endif

@@ -1,0 +1,99 @@
+// Asks the query handler from a browser: rows of key and XPath expression, and a table of answers.
+#include <cgilib.h>
+
+#include <iostream>
+#include <string>
+
+#include "head.h"
+#include "query_script.h"
+
+namespace
+{
+
+constexpr const char* const ROW_STYLE = R"css(
+.row { display: grid; grid-template-columns: 1fr 2.2fr auto; gap: .75rem; align-items: end;
+  margin-bottom: .75rem; }
+.row input[name=expression] { font-family: ui-monospace, "DejaVu Sans Mono", monospace; }
+.row:only-child input[type=button] { visibility: hidden; }
+td.empty::after { content: "empty"; color: #52606f; font-style: italic; }
+@media (min-width: 40rem) {
+  .row + .row span { position: absolute; left: -999rem; }
+}
+@media (max-width: 39.9rem) {
+  .row { grid-template-columns: 1fr auto; gap: .4rem .6rem; padding-bottom: .9rem;
+    border-bottom: 1px solid #e4e9ee; }
+  .row label:nth-child(2) { grid-area: 2 / 1 / 3 / 3; }
+  .answers td::before { content: attr(data-label) ": "; color: #52606f; }
+}
+)css";
+
+std::string Row(const cCGI& a_c_page, const std::string& a_s_key, const std::string& a_s_expression)
+{
+    // The handler's answer repeats a key unescaped, where these two characters would break it.
+    const cCGI::tAttributes l_m_key = {{"name", "key"},
+                                       {"pattern", R"([^&quot;\\]+)"},
+                                       {"required", "required"},
+                                       {"title", "no quotation mark and no backslash"}};
+    const cCGI::tAttributes l_m_expression = {{"class", "code"},
+                                              {"name", "expression"},
+                                              {"required", "required"},
+                                              {"spellcheck", "false"}};
+    return a_c_page.Div(
+        {{"class", "row"}},
+        "<label><span>Key</span> " + a_c_page.Text(l_m_key, a_s_key) + "</label>\n" +
+            "<label><span>XPath expression</span> " +
+            a_c_page.Text(l_m_expression, a_s_expression) + "</label>\n" +
+            a_c_page.Button({{"aria-label", "Remove this row"}, {"name", "remove"}}, "Remove"));
+}
+
+void ShowForm(cCGI& a_c_page)
+{
+    const std::string l_s_rows =
+        Row(a_c_page, "hostname", "system/hostname/text()") +
+        Row(a_c_page, "snmp port", "//service[@name='snmp']/@port") +
+        Row(a_c_page, "spare uplink", "//interface[@type='lte']/comment()") +
+        Row(a_c_page, "third server", "dns/server[3]") +
+        Row(a_c_page, "name server", "dns/server[@priority=1]");
+    a_c_page.BeginForm({{"action", "query"}, {"id", "query"}, {"method", "post"}});
+    a_c_page.DispText(a_c_page.Div({{"id", "rows"}}, l_s_rows));
+    a_c_page.DispText(
+        a_c_page.Div({{"class", "actions"}}, a_c_page.Submit({{"class", "main"}}, "Ask") +
+                                                 a_c_page.Button({{"id", "add"}}, "Add a row")));
+    a_c_page.EndForm();
+}
+
+void ShowAnswers(const cCGI& a_c_page)
+{
+    const std::string l_s_head = a_c_page.Tr({}, "<th scope=\"col\">Key</th>\n"
+                                                 "<th scope=\"col\">Expression</th>\n"
+                                                 "<th scope=\"col\">Answer</th>\n");
+    const std::string l_s_table =
+        a_c_page.Table({{"class", "answers"}, {"hidden", "hidden"}, {"id", "answers"}},
+                       "<thead>\n" + l_s_head + "</thead>\n<tbody></tbody>\n");
+    a_c_page.DispText(a_c_page.Div(
+        {{"class", "panel"}},
+        a_c_page.DecorateText(cCGI::eDISPLAY_H2, "Answers") +
+            "<p id=\"state\" role=\"status\">Nothing asked yet.</p>\n" + l_s_table +
+            "<p class=\"hint\">An element is shown as XML text. The handler writes every quotation "
+            "mark in it as <code>&amp;quot;</code> and the table shows the quotation marks. "
+            "<em>empty</em>: the expression selects no node, or its result is a number, a boolean "
+            "or a string.</p>\n"
+            "<details><summary>The answer as it came</summary><pre id=\"raw\"></pre></details>\n"));
+}
+
+} // namespace
+
+int main()
+{
+    cCGI l_c_page(cCGI::eXHTML_1_0_STRICT);
+    l_c_page.BeginHtml("Configuration queries", {}, HeadLines(l_c_page, ROW_STYLE));
+    l_c_page.DispLine(l_c_page.DecorateText(cCGI::eDISPLAY_H1, "Configuration queries"));
+    l_c_page.DispLine("<p>Each expression is evaluated from the root element of the configuration; "
+                      "the first node that it selects gives the answer.</p>");
+    l_c_page.DispLine("<noscript><p class=\"failed\">This page needs JavaScript.</p></noscript>");
+    ShowForm(l_c_page);
+    ShowAnswers(l_c_page);
+    std::cout << l_c_page.Script({}, QUERY_SCRIPT);
+    l_c_page.EndHtml();
+    return 0;
+}

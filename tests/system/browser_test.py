@@ -1,0 +1,104 @@
+"""What a real browser sends to the handler, the example pages in it, and whether markup is valid."""
+import base64
+import json
+import os
+import pathlib
+import re
+import subprocess
+import unittest
+import urllib.request
+
+import harness
+
+OPTIONS = ("headless no-sandbox disable-gpu disable-quic no-first-run disable-background-networking no-proxy-server "
+           "disable-component-update disable-sync disable-dev-shm-usage hide-scrollbars user-data-dir=/tmp/profile")
+OPEN = urllib.request.build_opener(urllib.request.ProxyHandler({})).open
+FORM = """data:text/html;charset=utf-8,<form method=post action={} enctype={}><textarea name=b></textarea>
+    <input type=file name=f><input name="a %26amp; ü" value="//user[1%2B1]/fullname/text()"><input type=submit>"""
+# What a page shows, once it does: the handler's answer, the table of answers, what arrived.
+ANSWER = "document.querySelector('pre') && JSON.parse(document.querySelector('pre').textContent).data"
+TABLE = """!/Asking/.test(state.textContent) &&
+    [state, ...document.querySelectorAll("td")].map(element => element.textContent)"""
+LISTING = r"""window.received && !window.seen && (window.seen = [document.querySelectorAll(".failed, script").length,
+    window.stored?.textContent, Object.fromEntries(received.textContent.matchAll(/\S+(?= = '(.*?)'\n)/gs))])"""
+
+
+class Browser(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.url = cls.enterClassContext(harness.lighttpd(*os.environ["KESTO_PAGES"].split(":")))
+        driver = cls.enterClassContext(subprocess.Popen(["chromedriver", "--port=0"], stdout=subprocess.PIPE))
+        cls.addClassCleanup(driver.terminate)
+        port = next(filter(None, (re.search(rb"on port (\d+)\.", line) for line in driver.stdout)))[1]
+        cls.session = f"http://127.0.0.1:{int(port)}/session"
+        options = {"goog:chromeOptions": {"args": ["--" + option for option in OPTIONS.split()]}}
+        cls.session += "/" + cls.call("", capabilities={"alwaysMatch": options})["sessionId"]
+
+    @classmethod
+    def call(cls, path, **body):
+        return json.load(OPEN(cls.session + path, json.dumps(body).encode()))["value"]
+
+    def setUp(self):
+        harness.install_config()
+
+    def use(self, shown, *steps):
+        """Clicks elements, or types texts into them ("element <- text"), and gives what is shown then."""
+        for css, typed, text in (step.partition(" <- ") for step in steps):
+            element, = self.call("/element", using="css selector", value=css).values()
+            self.call(f"/element/{element}/" + ("value" if typed else "click"), text=text)
+        script = f"return document.readyState == 'complete' && ({shown})"
+        return harness.wait_for(lambda: self.call("/execute/sync", script=script, args=[]))
+
+    def take_pictures(self, name, folder=os.environ.get("KESTO_ARTEFACTS", "/tmp")):
+        for width in (1000, 400):
+            size = {"width": width, "height": 800, "deviceScaleFactor": 1, "mobile": False}
+            self.call("/goog/cdp/execute", cmd="Emulation.setDeviceMetricsOverride", params=size)
+            self.assertLessEqual(self.use("document.documentElement.scrollWidth"), width)
+            png = self.call("/goog/cdp/execute", cmd="Page.captureScreenshot", params={"captureBeyondViewport": True})
+            pathlib.Path(folder, f"{name}_{width}.png").write_bytes(base64.b64decode(png["data"]))
+
+    def test_forms_for_the_handler(self):
+        for kind in ("application/x-www-form-urlencoded", "multipart/form-data"):
+            self.call("/url", url=FORM.format(self.url + "/query", kind))
+            steps = "textarea <- //mtu\n[. = 1500]\n/text()", "[type=file] <- /tmp/lighttpd/cgi/query", "[type=submit]"
+            self.assertEqual(self.use(ANSWER, *steps), {"a & ü": "Jana Müller", "b": "1500", "f": ""})
+        self.assertEqual(subprocess.call(["cmp", "/tmp/lighttpd/cgi/query", "/tmp/query"]), 0)  # holds every byte
+
+    def test_query_page(self):
+        self.call("/url", url=self.url + "/query_page")
+        steps = ["#add", ":focus <- <b>&", "input:invalid <- //location/text()", "[type=submit]"]
+        self.assertEqual(self.use(TABLE, *4 * ["[name=remove]"], *steps), [
+            "Answered: 2", "name server", "dns/server[@priority=1]", '<server priority="1">10.4.0.2</server>',
+            "<b>&", "//location/text()", "Süd-Werk, Halle 4 <Kühlung & Pumpen>"])
+        self.take_pictures("query_page")
+        harness.install_config(b"<a>")
+        self.assertEqual(self.use(TABLE, "[type=submit]"), ["No answer: the configuration is not well-formed XML."])
+        harness.CONFIG.unlink()
+        self.assertEqual(self.use(TABLE, "[type=submit]"), ["No answer: HTTP 500 Internal Server Error"])
+
+    def test_form_page(self):
+        self.call("/url", url=self.url + "/form_page")
+        self.assertEqual(self.use(
+            LISTING, "#text <- <script>'&amp;", '#password <- p"ä', "#area <- !\n", "#box", "#no", "[value=eth0]",
+            "[value=eth1]", "[value=any]", "[value=wifi]", "[value='80']", "[value='2']", "[value=debug]",
+            "#scroll_options [value='22']", "#scroll_items option", "#upload <- /tmp/lighttpd/cgi/form_page", "#send"
+        ), [1, f"Stored upload: /tmp/form_page, {os.path.getsize('/tmp/form_page')} bytes", dict(
+            text="gateway-7<script>'&amp;", password='p"ä', area="Two\nlines\n!\n", upload="/tmp/form_page", box="on",
+            radio="no", boxes="eth1", radios="any", popup="wifi", popup_options="80", dropdown="2", scroll="debug",
+            scroll_options="22", scroll_items="1", hidden="unseen", send="Send")])
+        self.assertEqual(subprocess.call(["cmp", "/tmp/lighttpd/cgi/form_page", "/tmp/form_page"]), 0)
+        self.take_pictures("form_page")
+        self.assertIn("icon.x", self.use(LISTING, "[type=image]")[2])  # with the file field left empty
+        self.assertEqual(self.use(LISTING, "#short <- <i>+ä", "#send_short"), [1, None, {"short": "<i>+ä"}])
+        self.assertEqual(self.use(LISTING, "#small a"), [1, None, {"via": "link", "text": "a & b"}])
+
+    def test_valid_markup(self):
+        for level in "67":
+            page = subprocess.check_output([os.environ["KESTO_VALID_PAGE"], level]).split(b"\n\n", 1)[1]
+            for xml, errors in ((page, 0), (page.replace(b"alt=", b"atl=", 1), 1)):
+                lint = subprocess.run(["xmllint", "--nonet", "--valid", "--noout", "-"], input=xml, capture_output=True)
+                self.assertEqual((lint.returncode > 0, lint.stderr.count(b"attribute atl")), (errors, errors))
+
+
+if __name__ == "__main__":
+    unittest.main()
