@@ -89,7 +89,7 @@ class Browser(unittest.TestCase):
         self.assertEqual(subprocess.call(["cmp", "/tmp/lighttpd/cgi/form_page", "/tmp/form_page"]), 0)
         self.take_pictures("form_page")
         self.assertIn("icon.x", self.use(LISTING, "[type=image]")[2])  # with the file field left empty
-        self.assertEqual(self.use(LISTING, "#short <- <i>+ä", "#send_short"), [1, None, {"short": "<i>+ä"}])
+        self.assertEqual(self.use(LISTING, "#short <- <i>+現", "#send_short"), [1, None, {"short": "<i>+現"}])
         self.assertEqual(self.use(LISTING, "#small a"), [1, None, {"via": "link", "text": "a & b"}])
 
     def test_valid_markup(self):
