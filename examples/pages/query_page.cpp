@@ -1,7 +1,6 @@
 // Asks the query handler from a browser: rows of key and XPath expression, and a table of answers.
 #include <cgilib.h>
 
-#include <iostream>
 #include <string>
 
 #include "head.h"
@@ -34,10 +33,8 @@ std::string Row(const cCGI& a_c_page, const std::string& a_s_key, const std::str
                                        {"pattern", R"([^&quot;\\]+)"},
                                        {"required", "required"},
                                        {"title", "no quotation mark and no backslash"}};
-    const cCGI::tAttributes l_m_expression = {{"class", "code"},
-                                              {"name", "expression"},
-                                              {"required", "required"},
-                                              {"spellcheck", "false"}};
+    const cCGI::tAttributes l_m_expression = {
+        {"name", "expression"}, {"required", "required"}, {"spellcheck", "false"}};
     return a_c_page.Div(
         {{"class", "row"}},
         "<label><span>Key</span> " + a_c_page.Text(l_m_key, a_s_key) + "</label>\n" +
@@ -76,8 +73,8 @@ void ShowAnswers(const cCGI& a_c_page)
             "<p id=\"state\" role=\"status\">Nothing asked yet.</p>\n" + l_s_table +
             "<p class=\"hint\">An element is shown as XML text. The handler writes every quotation "
             "mark in it as <code>&amp;quot;</code> and the table shows the quotation marks. "
-            "<em>empty</em>: the expression selects no node, or its result is a number, a boolean "
-            "or a string.</p>\n"
+            "<em>empty</em>: the expression selects no node or an empty text, or its result is a "
+            "number, a boolean or a string.</p>\n"
             "<details><summary>The answer as it came</summary><pre id=\"raw\"></pre></details>\n"));
 }
 
@@ -93,7 +90,7 @@ int main()
     l_c_page.DispLine("<noscript><p class=\"failed\">This page needs JavaScript.</p></noscript>");
     ShowForm(l_c_page);
     ShowAnswers(l_c_page);
-    std::cout << l_c_page.Script({}, QUERY_SCRIPT);
+    l_c_page.DispText(l_c_page.Script({}, QUERY_SCRIPT));
     l_c_page.EndHtml();
     return 0;
 }

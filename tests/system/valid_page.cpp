@@ -16,9 +16,8 @@ struct sPage : cCGI
                                  DropDownList(N, ITEMS) + ScrollList(N, ITEMS, 2);
     const std::string TEXT = A({{"href", "/"}}, "a") + Img({{"alt", "a"}}, "a.png") + Br(2) + Span({}, "s") +
                              Span({}, "") + DecorateText(eDISPLAY_ACRONYM, "a") + DecorateText(eDISPLAY_H6, "h");
-    const std::string TABLES =
-        Table({{"border", "1"}}, {Tr({}, Td({}, {"a", ""})), Tr({}, {Td({}, "b"), Td({}, "c")})}) +
-        Table({}, Tr({{"align", "left"}}, Td({}, "d")));
+    const std::string TABLES = Table({{"border", "1"}}, {Tr({}, Td({}, {"a", ""})), Tr({}, {Td({}, "b")})}) +
+                               Table({}, Tr({{"align", "left"}}, Td({}, "d")));
     const std::string LOOSE = Font({{"color", "red"}}, "f") + Script({}, "f();\n") + DecorateText(eDISPLAY_U, "u");
 
     void Print(bool a_b_strict)
