@@ -76,8 +76,8 @@ int main()
     }
 
     FetchHeapFor(l_s_configPath);
-    std::string l_s_response = ERROR_RESPONSE;
     TiXmlDocument l_c_document;
+    std::string l_s_response = ERROR_RESPONSE;
     if (LoadConfig(l_c_document, l_s_configPath)) {
         l_m_result = ExtractValues(l_c_document, l_m_query);
         l_s_response = ComposeResponse(l_m_result);
