@@ -6,7 +6,7 @@ tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
 
 cmake --install "$2" --prefix "$tree/usr" --component development
-cmake -S "$1" -B "$tree/build" -DCMAKE_PREFIX_PATH="$tree/usr"
+cmake -G Ninja -S "$1" -B "$tree/build" -DCMAKE_PREFIX_PATH="$tree/usr"
 cmake --build "$tree/build"
 PKG_CONFIG_PATH=$(dirname "$(find "$tree/usr" -name cgilib.pc)")
 export PKG_CONFIG_PATH
