@@ -54,6 +54,16 @@ class Flow(unittest.TestCase):
         self.assertEqual((process.communicate()[0], process.returncode), (answer(a="1"), 0))
         self.assertEqual(errors(LOG.take()), [])
 
+    def test_live_duplicate_is_only_logged(self):
+        with harness.named_process("query", "sleep", "1000") as other:
+            PID_FILE.write_text(str(other.pid))
+            status, output, log = request("GET", "a=//hostname/text()")
+            self.assertEqual((status, output), (0, answer(a="gateway-7")))
+            self.assertEqual(log, [(3, "  cPidFile::cPidFile(): Found another instance of process running "
+                                       f"(PROCESS: query, PID: {other.pid})")])
+            self.assertEqual(PID_FILE.read_text(), str(other.pid))
+        PID_FILE.unlink()
+
     def test_full_standard_output_is_reported(self):
         with open("/dev/full", "wb") as full:
             status = subprocess.run([harness.QUERY], stdout=full, env={"REQUEST_METHOD": "GET"}).returncode
