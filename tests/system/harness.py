@@ -10,10 +10,13 @@ import threading
 import time
 import urllib.parse
 
-QUERY = shutil.copy(os.environ["KESTO_QUERY"], "/run")  # where no test hides it
+CGI_FOLDER = pathlib.Path("/usr/libexec/cgi-bin")
+QUERY = CGI_FOLDER / "query"
 SOURCE = pathlib.Path(os.environ["KESTO_SOURCE"])
+EMULATOR = os.environ.get("KESTO_EMULATOR")  # runs the programs, if this machine cannot
 CONFIG = pathlib.Path("/home/httpd/kestoconfig/conf/config.xml")
 EXAMPLE = SOURCE / "examples" / "config.xml"
+PORT = 8080  # of every server configuration
 JSON_HEADER = b"Content-type: application/json\r\n\r\n"
 
 
@@ -47,6 +50,23 @@ class SystemLog:
 
 
 LOG = SystemLog()
+
+
+def install(program):
+    """Puts a program where web servers find it; behind a script, if only the emulator can run it."""
+    path = pathlib.Path(shutil.copy(program, CGI_FOLDER))
+    if EMULATOR:
+        foreign = pathlib.Path("/run/foreign", path.name)
+        foreign.parent.mkdir(exist_ok=True)
+        shutil.copy(path, foreign)
+        path.write_text(f'#!/bin/sh\nexec {EMULATOR} {foreign} "$@"\n')
+        path.chmod(0o755)
+    return path
+
+
+CGI_FOLDER.mkdir()
+pathlib.Path("/home/httpd/html").mkdir(parents=True)
+install(os.environ["KESTO_QUERY"])
 
 
 def install_config(text=None):
@@ -91,11 +111,14 @@ def wait_for(condition):
     return value
 
 
+HELPERS = ("query", "bash", "killall", pathlib.Path(EMULATOR or "query").name)
+
+
 def helpers_gone():
     """Whether no child of an earlier request is left that could still send a signal."""
     for comm in pathlib.Path("/proc").glob("[0-9]*/comm"):
         with contextlib.suppress(OSError):
-            if comm.read_text().strip() in ("query", "bash", "killall"):
+            if comm.read_text().strip() in HELPERS:
                 return False
     return True
 
@@ -115,19 +138,15 @@ def named_process(name, program, *arguments):
 
 
 @contextlib.contextmanager
-def lighttpd(*pages, port=18080):
+def lighttpd(*pages):
     """The handler and other programs behind lighttpd; yields the URL of the CGI folder."""
-    folder = pathlib.Path("/tmp/lighttpd")
-    (folder / "cgi").mkdir(parents=True, exist_ok=True)
-    for program in (QUERY, *pages):
-        shutil.copy(program, folder / "cgi")
-    server = subprocess.Popen(
-        ["lighttpd", "-D", "-f", SOURCE / "examples" / "servers" / "lighttpd.conf"],
-        env={"PATH": os.environ["PATH"] + ":/usr/sbin", "KESTO_PORT": str(port),
-             "KESTO_CGI": str(folder / "cgi"), "KESTO_TEMP": str(folder)})
+    for page in pages:
+        install(page)
+    server = subprocess.Popen(["lighttpd", "-D", "-f", SOURCE / "examples" / "servers" / "lighttpd.conf"],
+                              env={"PATH": os.environ["PATH"] + ":/usr/sbin"})
     try:
-        wait_for(lambda: _connects(port))
-        yield f"http://127.0.0.1:{port}/cgi-bin"
+        wait_for(lambda: _connects(PORT))
+        yield f"http://127.0.0.1:{PORT}/cgi-bin"
     finally:
         server.terminate()
         server.wait()
