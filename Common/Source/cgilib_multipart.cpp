@@ -124,6 +124,7 @@ private:
     std::string m_s_uploadPath;
     std::unique_ptr<std::FILE, sFileCloser> m_p_uploadFile;
     off_t m_i_writeOffset = 0;
+    static_assert(sizeof(off_t) == 8, "a file may pass 2 GiB where long has 32 bits");
     unsigned m_u_completedFiles = 0;
 };
 
