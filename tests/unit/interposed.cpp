@@ -18,15 +18,29 @@ std::vector<std::string>& Logged()
     return l_v_logged;
 }
 
-extern "C" void syslog(int a_i_priority, const char* a_p_format, ...)
+static void Log(int a_i_priority, const char* a_p_format, va_list a_arguments)
 {
     char* l_p_text = nullptr;
-    va_list l_arguments;
-    va_start(l_arguments, a_p_format);
-    if (vasprintf(&l_p_text, a_p_format, l_arguments) >= 0) {
+    if (vasprintf(&l_p_text, a_p_format, a_arguments) >= 0) {
         Logged().push_back(std::to_string(a_i_priority) + " " + l_p_text);
         free(l_p_text);
     }
+}
+
+extern "C" void syslog(int a_i_priority, const char* a_p_format, ...)
+{
+    va_list l_arguments;
+    va_start(l_arguments, a_p_format);
+    Log(a_i_priority, a_p_format, l_arguments);
+    va_end(l_arguments);
+}
+
+// What syslog turns into in a fortified build.
+extern "C" void __syslog_chk(int a_i_priority, int /*flag*/, const char* a_p_format, ...)
+{
+    va_list l_arguments;
+    va_start(l_arguments, a_p_format);
+    Log(a_i_priority, a_p_format, l_arguments);
     va_end(l_arguments);
 }
 
