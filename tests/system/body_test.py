@@ -97,7 +97,7 @@ class Curl(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         install_config()
-        cls.url = cls.enterClassContext(harness.lighttpd()) + "/query"
+        cls.url = cls.enterClassContext(harness.server()) + "/query"
 
     def test_url_encoded(self):
         body, status = harness.curl("--data-urlencode", "a=//interface[@name = 'eth0' and 1+0]/mtu/text()",

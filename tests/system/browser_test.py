@@ -26,7 +26,7 @@ LISTING = r"""window.received && !window.seen && (window.seen = [document.queryS
 class Browser(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.url = cls.enterClassContext(harness.lighttpd(*os.environ["KESTO_PAGES"].split(":")))
+        cls.url = cls.enterClassContext(harness.server("lighttpd", *os.environ["KESTO_PAGES"].split(":")))
         driver = cls.enterClassContext(subprocess.Popen(["chromedriver", "--port=0"], stdout=subprocess.PIPE))
         cls.addClassCleanup(driver.terminate)
         port = next(filter(None, (re.search(rb"on port (\d+)\.", line) for line in driver.stdout)))[1]

@@ -114,7 +114,7 @@ class WebServer(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         install_config()
-        cls.url = cls.enterClassContext(harness.lighttpd()) + "/query"
+        cls.url = cls.enterClassContext(harness.server()) + "/query"
 
     def get(self, *fields):
         data = [argument for field in fields for argument in ("--data-urlencode", field)]
