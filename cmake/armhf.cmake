@@ -1,0 +1,13 @@
+# Builds for the device (ARMv7, hard-float, Debian's armhf) with Debian's cross compiler and the
+# armhf libraries beside the build machine's own. What is built runs here under qemu.
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSTEM_PROCESSOR armv7l)
+set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
+set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
+
+find_program(QEMU_ARM NAMES qemu-arm-static qemu-arm REQUIRED)
+set(CMAKE_CROSSCOMPILING_EMULATOR ${QEMU_ARM})
+
+# As on Debian, where several architectures may be installed side by side.
+set(CMAKE_INSTALL_LIBDIR lib/arm-linux-gnueabihf CACHE PATH "Folder of object code libraries")
+set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE armhf)
