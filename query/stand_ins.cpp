@@ -1,5 +1,5 @@
-// Takes the place of functions of the C++ library that a static program would carry for nothing; the
-// build gives their calls to these. std::cout and its like must not be used in this program.
+// Takes the place of functions of the C++ library that a static program would carry for nothing;
+// the build gives their calls to these. std::cout and its like must not be used in this program.
 
 #include <cstddef>
 
