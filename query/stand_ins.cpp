@@ -7,7 +7,8 @@
 extern "C" {
 void __wrap__ZNSt8ios_base4InitC1Ev();
 void __wrap__ZNSt8ios_base4InitD1Ev();
-char* __wrap___cxa_demangle(const char*, char*, std::size_t*, int*);
+char* __wrap___cxa_demangle(const char* a_p_name, char* a_p_buffer, std::size_t* a_p_length,
+                            int* a_p_status);
 }
 
 // Constructor and destructor of std::ios_base::Init: TinyXML's stream operators, which nobody
@@ -18,8 +19,8 @@ void __wrap__ZNSt8ios_base4InitD1Ev() {}
 
 // What ends the process on an exception that nobody catches then tells the type's name as the
 // compiler encodes it ("St9bad_alloc").
-char* __wrap___cxa_demangle(const char* /*name*/, char* /*buffer*/, std::size_t* /*length*/,
-                            int* a_p_status)
+char* __wrap___cxa_demangle(const char* /*a_p_name*/, char* /*a_p_buffer*/,
+                            std::size_t* /*a_p_length*/, int* a_p_status)
 {
     constexpr int NOT_A_NAME = -2;
     *a_p_status = NOT_A_NAME;
