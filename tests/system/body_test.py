@@ -1,5 +1,4 @@
 """Request bodies: what clients send, what they break off, and what the file system refuses."""
-import hashlib
 import os
 import pathlib
 import subprocess
@@ -91,31 +90,6 @@ class Bodies(unittest.TestCase):
             self.assertEqual(process.communicate(END)[0], answer(f=""))
             stored.unlink()
         self.assertLess(peaks[1], peaks[0] + 512, "kilobytes")
-
-
-class Curl(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        install_config()
-        cls.url = cls.enterClassContext(harness.server()) + "/query"
-
-    def test_url_encoded(self):
-        body, status = harness.curl("--data-urlencode", "a=//interface[@name = 'eth0' and 1+0]/mtu/text()",
-                                    "--data-urlencode", "b=users/user[2]/fullname/text()", self.url)
-        self.assertEqual((harness.JSON_HEADER + body, status), (answer(a="1500", b="Jana Müller"), 200))
-
-    def test_upload(self):
-        path = pathlib.Path("/tmp/source/upload.bin")
-        path.parent.mkdir(exist_ok=True)
-        path.write_bytes(os.urandom(20 << 20))
-        digest = hashlib.sha256(path.read_bytes()).digest()
-        stored = pathlib.Path("/tmp/upload.bin")
-        for options in ((), ("--limit-rate", "10M")):
-            body, status = harness.curl(*options, "-F", "a=//hostname/text()", "-F", "b=//mtu\r\n[1]\n/text()",
-                                        "-F", f"f=@{path}", self.url)
-            self.assertEqual((harness.JSON_HEADER + body, status), (answer(a="gateway-7", b="1500", f=""), 200))
-            self.assertEqual(hashlib.sha256(stored.read_bytes()).digest(), digest)
-            stored.unlink()
 
 
 if __name__ == "__main__":

@@ -1,5 +1,4 @@
 """The handler as it ships: its request flow, and its answers through a real web server."""
-import concurrent.futures
 import os
 import pathlib
 import subprocess
@@ -108,38 +107,6 @@ class Peers(unittest.TestCase):
         with open(folder / "gate", "w", buffering=1) as gate:
             gate.write("go\ngo\n")
             wait_for_all(ended)
-
-
-class WebServer(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        install_config()
-        cls.url = cls.enterClassContext(harness.server()) + "/query"
-
-    def get(self, *fields):
-        data = [argument for field in fields for argument in ("--data-urlencode", field)]
-        return harness.curl("-G", *data, self.url)
-
-    def test_encoded_characters(self):
-        body, status = self.get("plus%2B+%26+equals%3D=//user[@name='jmueller']/fullname/text()",
-                                "fw=//rule[@id = '90' and 1+1 = 2]/prefix/text()",
-                                "cpu=concat('100%', ' & more')", "loc=//location/text()")
-        self.assertEqual(status, 200)
-        self.assertEqual(body.decode(),
-                         '{"error" : false, "data" : {"cpu" : "",' r'"fw" : "fw \"drop\":",'
-                         '"loc" : "Süd-Werk, Halle 4 <Kühlung & Pumpen>",'
-                         '"plus+ & equals=" : "Jana Müller"}}')
-
-    def test_failed_request(self):
-        self.assertEqual(harness.curl("-X", "DELETE", self.url)[1], 500)
-
-    def test_parallel_requests(self):
-        def ask(number):
-            rule = number % 3 + 1
-            return self.get(f"k{number}=//rule[{rule}]/@id"), (answer(**{f"k{number}": str(10 * rule)}))
-        with concurrent.futures.ThreadPoolExecutor(16) as pool:
-            for (body, status), expected in pool.map(ask, range(200)):
-                self.assertEqual((status, harness.JSON_HEADER + body), (200, expected))
 
 
 if __name__ == "__main__":

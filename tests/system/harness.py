@@ -17,6 +17,7 @@ SOURCE = pathlib.Path(os.environ["KESTO_SOURCE"])
 EMULATOR = os.environ.get("KESTO_EMULATOR")  # runs the programs, if this machine cannot
 CONFIG = pathlib.Path("/home/httpd/kestoconfig/conf/config.xml")
 EXAMPLE = SOURCE / "examples" / "config.xml"
+PATH = os.environ["PATH"] + ":/usr/sbin"  # servers are there
 PORT = 8080  # of every server configuration
 JSON_HEADER = b"Content-type: application/json\r\n\r\n"
 
@@ -169,7 +170,7 @@ def server(name="lighttpd", *pages):
     config = SERVER_CONFIGS / f"{name}.conf"
     commands = re.findall("^#   (.+)", config.read_text(), re.M)
     process = subprocess.Popen(["sh", "-ec", "\n".join(commands)], cwd=SERVER_CONFIGS, start_new_session=True,
-                               env={"PATH": os.environ["PATH"] + ":/usr/sbin"})
+                               env={"PATH": PATH})
     try:
         wait_for(lambda: _connects(PORT))
         yield f"http://127.0.0.1:{PORT}/cgi-bin"
