@@ -59,15 +59,6 @@ class Bodies(unittest.TestCase):
             for length in ("-1", "99999999999999999999", "0", "x", "", (1 << 32) + len(body)):
                 self.assertEqual(post(body, kind, length)[:2], (255, b""), (kind, length))
 
-    def test_target_is_a_folder(self):
-        folder = pathlib.Path("/tmp/folder")
-        folder.mkdir()
-        status, output, log = post(FIELD + file_part("folder", b"1") + END, MULTIPART)
-        self.assertEqual((status, output), (255, b""))
-        self.assertIn((3, "ParseMultipartData() - Unable to open tmp file /tmp/folder for writing: "
-                          "error Is a directory"), log)
-        self.assertTrue(folder.is_dir())
-
     def test_disk_full_in_the_middle_of_an_upload(self):
         subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "tmpfs", "/tmp"], check=True)
         self.addCleanup(subprocess.run, ["umount", "/tmp"], check=True)
