@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -19,6 +22,27 @@ struct sFileCloser
     void operator()(std::FILE* a_p_file) const { std::fclose(a_p_file); }
 };
 using tFile = std::unique_ptr<std::FILE, sFileCloser>;
+
+// The pid that the file begins with, white space aside: 0 if the file is missing or empty, none if
+// it holds something else or cannot be read. Needs no memory, so that a process that ran out of it
+// can still tell whether the file is its own.
+std::optional<std::int32_t> StoredPid(const std::string& a_s_path)
+{
+    const int l_i_file = open(a_s_path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (l_i_file < 0) {
+        return errno == ENOENT ? std::optional(0) : std::nullopt;
+    }
+    char l_text[64] = {};
+    const ssize_t l_i_length = read(l_i_file, l_text, sizeof l_text - 1);
+    close(l_i_file);
+    if (l_i_length == 0) {
+        return 0;
+    }
+    // Without the bound a number past 32 bits would name some other process where long has 64 bits.
+    constexpr unsigned long LARGEST = std::numeric_limits<std::uint32_t>::max();
+    const unsigned long l_u_number = std::min(std::strtoul(l_text, nullptr, 10), LARGEST);
+    return l_u_number == 0 ? std::nullopt : std::optional(static_cast<std::int32_t>(l_u_number));
+}
 
 // The first word of the file, its white space aside; empty when the file cannot be read. NUL is no
 // white space: the word runs over the separators of a command line.
@@ -50,7 +74,11 @@ cPidFile::cPidFile(bool a_b_exitOnDuplicate)
         return;
     }
     m_s_pidFile = "/var/run/" + m_s_processName + ".pid";
-    m_i_duplicatePid = ReadPidFromFile();
+    const std::optional<std::int32_t> l_c_stored = StoredPid(m_s_pidFile);
+    if (!l_c_stored) {
+        return;
+    }
+    m_i_duplicatePid = *l_c_stored;
     m_b_duplicateRunning = m_i_duplicatePid != 0 && IsProcessRunning(m_i_duplicatePid);
     if (!m_b_duplicateRunning) {
         WriteFile();
@@ -67,7 +95,7 @@ cPidFile::cPidFile(bool a_b_exitOnDuplicate)
 
 cPidFile::~cPidFile()
 {
-    if (m_b_fileWritten) {
+    if (m_b_fileWritten && StoredPid(m_s_pidFile) == m_i_pid) {
         unlink(m_s_pidFile.c_str());
     }
 }
@@ -86,11 +114,7 @@ void cPidFile::WriteFile()
 
 int cPidFile::ReadPidFromFile() const
 {
-    // Without the bound a number past 32 bits would name some other process where long has 64 bits.
-    constexpr unsigned long LARGEST = std::numeric_limits<std::uint32_t>::max();
-    const std::string l_s_word = ReadWord(m_s_pidFile);
-    return static_cast<std::int32_t>(
-        std::min(std::strtoul(l_s_word.c_str(), nullptr, 10), LARGEST));
+    return StoredPid(m_s_pidFile).value_or(0);
 }
 
 bool cPidFile::IsProcessRunning(const int& a_i_pid) const

@@ -8,15 +8,18 @@
 /// "/var/run/" + command name + ".pid", and keeps that file for its own lifetime.
 ///
 /// The file holds a pid in decimal and nothing else. After construction the guard is
-///   - inert: the own command name could not be read; it touches no file;
-///   - owner: the file held no pid, or that of a process that is gone or runs another program; it
-///     now holds the own pid;
+///   - inert: the own command name could not be read, or the file holds something else than a pid
+///   or
+///     cannot be read, so it is not ours; it stays as it is, and nothing is logged;
+///   - owner: the file was missing or empty, or held the pid of a process that is gone or runs
+///     another program; it now holds the own pid;
 ///   - duplicate: the file names a live process of the same program and stays as it is.
 /// Two decisions that users may rely on:
-///   - A missing, empty or unreadable file, or one without a number, is written as well, not only
-///     one that names a dead process: otherwise no instance would ever leave its pid.
-///   - Only the guard that wrote the file removes it: a guard that merely met a live instance must
-///     not take that instance's file away.
+///   - A missing or empty file is written as well, not only one that names a dead process:
+///   otherwise
+///     no instance would ever leave its pid.
+///   - Only the guard that wrote the file removes it, and only while it still holds the own pid: a
+///     file that has come to be another instance's must not be taken away.
 /// There is no lock: of two instances that start at the same instant both can find no duplicate,
 /// and the later write wins. For one thread.
 class cPidFile
@@ -27,7 +30,7 @@ public:
     /// silence: the guard then owns nothing.
     explicit cPidFile(bool a_b_exitOnDuplicate);
 
-    /// Removes the pid file if this guard wrote it.
+    /// Removes the pid file if this guard wrote it and it still holds the own pid.
     ~cPidFile();
 
     cPidFile(const cPidFile&) = delete;
@@ -43,8 +46,9 @@ public:
     /// nothing if the file cannot be opened.
     void WriteFile();
 
-    /// The pid in the pid file: the leading decimal digits of its first word, 0 when there is
-    /// none. A number that 32 bits cannot hold gives -1, which names no process.
+    /// The pid in the pid file: the leading decimal digits of its first word, looked for in its
+    /// first 63 bytes; 0 when there is none. A number that 32 bits cannot hold gives -1, which
+    /// names no process.
     int ReadPidFromFile() const;
 
     /// Whether the process a_i_pid is alive with the guard's own command name.

@@ -50,7 +50,10 @@ TEST(PidFile, OwnsAFileThatTellsNoLiveInstance)
     const std::string l_s_own = itos(getpid());
     const std::string l_s_line = "5   cPidFile::WriteFile(): Writing pid " + l_s_own + " to pidfile '" + PID_FILE + "'";
     const std::pair<std::string, int> l_cases[] = {
-        {"", 0}, {"word", 0}, {"99999999999999999999", -1}, {itos(l_i_gone), l_i_gone}, {itos(l_i_other), l_i_other},
+        {"", 0},
+        {"99999999999999999999", -1},
+        {itos(l_i_gone), l_i_gone},
+        {itos(l_i_other), l_i_other},
     };
     for (const auto& [l_s_stored, l_i_read] : l_cases) {
         std::ofstream(PID_FILE) << l_s_stored;
@@ -65,6 +68,24 @@ TEST(PidFile, OwnsAFileThatTellsNoLiveInstance)
         EXPECT_NE(access(PID_FILE, F_OK), 0) << "left behind";
     }
     Kill(l_i_other);
+}
+
+TEST(PidFile, LeavesWhatIsNotItsOwn)
+{
+    Logged().clear();
+    for (const char* l_p_stored : {"word", "0", "\n"}) {
+        std::ofstream(PID_FILE) << l_p_stored;
+        EXPECT_EQ(cPidFile(true).GetDuplicatePID(), 0);
+        EXPECT_EQ(Content(), l_p_stored);
+    }
+    EXPECT_EQ(Logged(), std::vector<std::string>());
+    unlink(PID_FILE);
+    {
+        const cPidFile l_c_guard(true);
+        EXPECT_EQ(Content(), itos(getpid()));
+        std::ofstream(PID_FILE) << getpid() + 1;
+    }
+    EXPECT_EQ(Content(), itos(getpid() + 1)) << "another instance's by now";
 }
 
 TEST(PidFile, MeetsALiveInstance)
