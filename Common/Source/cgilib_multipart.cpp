@@ -73,15 +73,11 @@ enum eParseState
 class cMultipartParser
 {
 public:
-    cMultipartParser(const std::string& a_s_boundary, std::uint64_t a_u_length, char* a_p_buffer,
-                     std::size_t a_u_bufferSize, cCGI::tFormData& a_m_postData)
-        : m_s_delimiter("\r\n--" + a_s_boundary), m_u_remaining(a_u_length), m_p_buffer(a_p_buffer),
-          m_u_bufferSize(a_u_bufferSize), m_m_postData(a_m_postData)
-    {
-        // The first boundary has no line end in front of it; with this one it matches the
-        // delimiter like every later boundary.
-        m_c_accumulator.Append("\r\n");
-    }
+    // Reads a_u_readSize bytes at a time straight into the buffer, which is replaced by one that
+    // has room for what waits as well.
+    cMultipartParser(const std::string& a_s_boundary, std::uint64_t a_u_length,
+                     std::unique_ptr<char[]>& a_p_buffer, std::size_t a_u_readSize,
+                     cCGI::tFormData& a_m_postData);
 
     // Takes one read from standard input. Returns whether there is a step to take: not so at the
     // end of the body and after a fault.
@@ -105,15 +101,15 @@ private:
     eParseState AcceptHeader(std::string_view a_s_header);
     eParseState AcceptFileHeader(std::string_view a_s_header);
     void AcceptClosingBoundary();
+    std::string_view TakeContent();
     bool OpenUpload();
     void Write(std::string_view a_s_chunk);
     std::size_t DelimiterStartLength(std::string_view a_s_bytes) const;
 
     const std::string m_s_delimiter;
+    const std::size_t m_u_readSize;
     cAccumulator m_c_accumulator;
     std::uint64_t m_u_remaining; // bytes of the body not yet read
-    char* m_p_buffer;
-    std::size_t m_u_bufferSize;
     cCGI::tFormData& m_m_postData;
 
     eOutcome m_e_outcome = eGOING;
@@ -128,11 +124,29 @@ private:
     unsigned m_u_completedFiles = 0;
 };
 
+cMultipartParser::cMultipartParser(const std::string& a_s_boundary, std::uint64_t a_u_length,
+                                   std::unique_ptr<char[]>& a_p_buffer, std::size_t a_u_readSize,
+                                   cCGI::tFormData& a_m_postData)
+    : m_s_delimiter("\r\n--" + a_s_boundary), m_u_readSize(a_u_readSize),
+      m_c_accumulator(a_p_buffer, std::max(m_u_readSize, m_s_delimiter.size()), m_u_readSize),
+      m_u_remaining(a_u_length), m_m_postData(a_m_postData)
+{
+    // The first boundary has no line end in front of it; with this one it matches the delimiter
+    // like every later boundary.
+    std::memcpy(m_c_accumulator.Room(2), "\r\n", 2);
+    m_c_accumulator.Added(2);
+}
+
+// A read waits while steps can be taken with what there is and that fills a read: otherwise each
+// small part in front of a file would cost the memory of a read.
 bool cMultipartParser::Refill()
 {
-    const bool l_b_bodyLeft = m_u_remaining != 0 || !m_c_accumulator.Bytes().empty();
-    if (m_e_outcome != eGOING || !l_b_bodyLeft) {
+    const std::size_t l_u_waiting = m_c_accumulator.Bytes().size();
+    if (m_e_outcome != eGOING || (m_u_remaining == 0 && l_u_waiting == 0)) {
         return false;
+    }
+    if (!m_b_needsBytes && l_u_waiting >= m_u_readSize) {
+        return true;
     }
     if (std::feof(stdin) != 0) {
         m_e_outcome = eFAILED;
@@ -140,8 +154,9 @@ bool cMultipartParser::Refill()
     }
 
     const auto l_u_wanted =
-        static_cast<std::size_t>(std::min<std::uint64_t>(m_u_remaining, m_u_bufferSize));
-    const std::size_t l_u_read = l_u_wanted == 0 ? 0 : std::fread(m_p_buffer, 1, l_u_wanted, stdin);
+        static_cast<std::size_t>(std::min<std::uint64_t>(m_u_remaining, m_u_readSize));
+    const std::size_t l_u_read =
+        l_u_wanted == 0 ? 0 : std::fread(m_c_accumulator.Room(l_u_wanted), 1, l_u_wanted, stdin);
     // Without new bytes the step would find what it found last time. Where none can come the body
     // has ended inside a part; otherwise sleep instead of asking again and again.
     const bool l_b_stuck = l_u_read == 0 && m_b_needsBytes;
@@ -149,7 +164,7 @@ bool cMultipartParser::Refill()
         m_e_outcome = eFAILED;
     }
     m_u_remaining -= l_u_read;
-    m_c_accumulator.Append({m_p_buffer, l_u_read});
+    m_c_accumulator.Added(l_u_read);
     return m_e_outcome == eGOING;
 }
 
@@ -223,21 +238,28 @@ void cMultipartParser::AcceptClosingBoundary()
     }
 }
 
+// Takes what certainly belongs to the content of the part, to whose end the parse needs more bytes
+// unless it has found the delimiter.
+std::string_view cMultipartParser::TakeContent()
+{
+    const std::string_view l_s_bytes = m_c_accumulator.Bytes();
+    std::size_t l_u_length = std::min(l_s_bytes.find('\r'), l_s_bytes.size());
+    m_b_needsBytes = true;
+    if (l_s_bytes.size() - l_u_length >= m_s_delimiter.size()) {
+        const std::size_t l_u_end = FindText(l_s_bytes, m_s_delimiter, l_u_length);
+        m_b_needsBytes = l_u_end == std::string_view::npos;
+        l_u_length = m_b_needsBytes ? l_s_bytes.size() - DelimiterStartLength(l_s_bytes) : l_u_end;
+    }
+    m_c_accumulator.Consume(l_u_length);
+    return l_s_bytes.substr(0, l_u_length);
+}
+
 eParseState cMultipartParser::ReadBody()
 {
-    const std::size_t l_u_plain =
-        std::min(m_c_accumulator.Bytes().find('\r'), m_c_accumulator.Bytes().size());
-    if (l_u_plain != 0) {
-        m_s_fieldValue += m_c_accumulator.Bytes().substr(0, l_u_plain);
-        m_c_accumulator.Consume(l_u_plain);
-    }
-    const std::size_t l_u_end = m_c_accumulator.ResumeFind(m_s_delimiter);
-    m_b_needsBytes = l_u_end == std::string_view::npos;
+    m_s_fieldValue += TakeContent();
     if (m_b_needsBytes) {
         return eREAD_ENTITY_BODY;
     }
-    m_s_fieldValue += m_c_accumulator.Bytes().substr(0, l_u_end);
-    m_c_accumulator.Consume(l_u_end);
     syslog(LOG_DEBUG, "%s - Parsed entity value (%s) for name (%s)", FUNCTION,
            m_s_fieldValue.c_str(), m_s_fieldName.c_str());
     m_m_postData.emplace(std::move(m_s_fieldName), std::move(m_s_fieldValue));
@@ -258,16 +280,7 @@ eParseState cMultipartParser::WriteFile()
         return eWRITE_ENTITY_AS_FILE;
     }
 
-    const std::string_view l_s_bytes = m_c_accumulator.Bytes();
-    std::size_t l_u_chunk = std::min(l_s_bytes.find('\r'), l_s_bytes.size());
-    m_b_needsBytes = true;
-    if (l_s_bytes.size() - l_u_chunk >= m_s_delimiter.size()) {
-        const std::size_t l_u_end = FindText(l_s_bytes, m_s_delimiter, l_u_chunk);
-        m_b_needsBytes = l_u_end == std::string_view::npos;
-        l_u_chunk = m_b_needsBytes ? l_s_bytes.size() - DelimiterStartLength(l_s_bytes) : l_u_end;
-    }
-    Write(l_s_bytes.substr(0, l_u_chunk));
-    m_c_accumulator.Consume(l_u_chunk);
+    Write(TakeContent());
     if (m_b_needsBytes) {
         return eWRITE_ENTITY_AS_FILE;
     }
@@ -317,7 +330,9 @@ bool cMultipartParser::Finish()
     if (m_e_outcome == eABANDONED) {
         return false;
     }
-    const bool l_b_success = m_e_outcome == eGOING;
+    // A value that was cut off behind a line end may have been cut off inside a delimiter.
+    const bool l_b_success =
+        m_e_outcome == eGOING && m_s_fieldValue.find('\r') == std::string::npos;
     syslog(LOG_DEBUG, "%s - returning %d", FUNCTION, l_b_success ? 1 : 0);
     return l_b_success;
 }
@@ -359,7 +374,7 @@ bool cCGI::ParseMultipartData()
 
     // 64 bits also where long has 32: a body past 4 GiB is counted, not wrapped.
     const std::uint64_t l_u_length = std::strtoull(l_p_length->c_str(), nullptr, 10);
-    cMultipartParser l_c_parser(l_p_type->substr(l_u_equals + 1), l_u_length, m_p_readBuffer.get(),
+    cMultipartParser l_c_parser(l_p_type->substr(l_u_equals + 1), l_u_length, m_p_readBuffer,
                                 READ_BUFFER_SIZE, m_m_postData);
     eParseState l_e_parseState = eREAD_ENTITY_HEADER;
     while (l_c_parser.Refill()) {
