@@ -1,10 +1,28 @@
 #ifndef STANDARD_INPUT_H
 #define STANDARD_INPUT_H
 
+#include <cerrno>
+#include <cstdio>
+#include <poll.h>
+#include <unistd.h>
+
 /// Tells what a read of stdin that came up short means. Returns false at the end of input and
 /// after an error: no more bytes will come. Otherwise standard input is non-blocking and merely
 /// empty: sleeps until it is readable or has ended, clears the stream's error state and returns
 /// true. REQUIRES: errno is still that of the read.
-bool AwaitStandardInput();
+///
+/// Each source has its own, so that a page which is linked with the library may use the name.
+static inline bool AwaitStandardInput()
+{
+    const bool l_b_empty = errno == EAGAIN || errno == EINTR;
+    if (std::feof(stdin) != 0 || !l_b_empty) {
+        return false;
+    }
+    std::clearerr(stdin);
+    pollfd l_c_input = {STDIN_FILENO, POLLIN, 0};
+    constexpr int FOREVER = -1;
+    poll(&l_c_input, 1, FOREVER);
+    return true;
+}
 
 #endif
