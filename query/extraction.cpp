@@ -1,5 +1,6 @@
 #include "extraction.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include <xpath_processor.h>
@@ -9,15 +10,20 @@ static std::string PrintedSubtree(const TiXmlNode& a_c_node)
     TiXmlPrinter l_c_printer;
     l_c_printer.SetStreamPrinting();
     a_c_node.Accept(&l_c_printer);
+    const std::string& l_s_printed = l_c_printer.Str();
 
+    constexpr std::string_view ESCAPED = "&quot;";
+    const auto l_i_quotes = std::count(l_s_printed.begin(), l_s_printed.end(), '"');
     std::string l_s_value;
-    std::string_view l_s_rest = l_c_printer.CStr();
-    for (std::size_t l_u_quote = l_s_rest.find('"'); l_u_quote != std::string_view::npos;
-         l_u_quote = l_s_rest.find('"')) {
-        l_s_value.append(l_s_rest.substr(0, l_u_quote)).append("&quot;");
-        l_s_rest.remove_prefix(l_u_quote + 1);
+    l_s_value.reserve(l_s_printed.size() +
+                      static_cast<std::size_t>(l_i_quotes) * (ESCAPED.size() - 1));
+    std::size_t l_u_copied = 0;
+    for (std::size_t l_u_quote = l_s_printed.find('"'); l_u_quote != std::string::npos;
+         l_u_quote = l_s_printed.find('"', l_u_copied)) {
+        l_s_value.append(l_s_printed, l_u_copied, l_u_quote - l_u_copied).append(ESCAPED);
+        l_u_copied = l_u_quote + 1;
     }
-    return l_s_value.append(l_s_rest);
+    return l_s_value.append(l_s_printed, l_u_copied);
 }
 
 static std::string NodeText(const TiXmlNode& a_c_node)
@@ -44,14 +50,12 @@ static std::string ExtractValue(const TiXmlDocument& a_c_document, const char* a
     return l_p_node == nullptr ? l_c_processor.S_compute_xpath() : NodeText(*l_p_node);
 }
 
-std::map<std::string, std::string>
-ExtractValues(const TiXmlDocument& a_c_document,
-              const std::map<std::string, std::string>& a_m_query)
+std::map<std::string, std::string> ExtractValues(const TiXmlDocument& a_c_document,
+                                                 std::map<std::string, std::string> a_m_query)
 {
-    std::map<std::string, std::string> l_m_result;
-    for (const auto& [l_s_key, l_s_expression] : a_m_query) {
-        l_m_result.emplace_hint(l_m_result.end(), l_s_key,
-                                ExtractValue(a_c_document, l_s_expression.c_str()));
+    for (auto& l_c_entry : a_m_query) {
+        std::string& l_s_text = l_c_entry.second;
+        l_s_text = ExtractValue(a_c_document, l_s_text.c_str());
     }
-    return l_m_result;
+    return a_m_query;
 }

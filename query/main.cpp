@@ -1,5 +1,5 @@
 #include <cstdio>
-#include <map>
+#include <new>
 #include <string>
 #include <syslog.h>
 #include <tinyxml.h>
@@ -8,17 +8,35 @@
 #include <cgilib.h>
 #include <pidfile.h>
 
+#include "bounds.h"
 #include "extraction.h"
 #include "heap.h"
 #include "paths.h"
 #include "peers.h"
 #include "response.h"
+#include "start.h"
 
 namespace
 {
 
 constexpr int RESPONSE_WRITTEN = 0;
 constexpr int NOTHING_WRITTEN = -1;
+
+// Loads the document; what is too large for the memory that there is cannot be parsed.
+bool LoadConfigOnce(TiXmlDocument& a_c_document, const std::string& a_s_path,
+                    std::string& a_s_fault)
+{
+    try {
+        if (a_c_document.LoadFile(a_s_path, TIXML_DEFAULT_ENCODING)) {
+            return true;
+        }
+        a_s_fault = a_c_document.ErrorDesc();
+    } catch (const std::bad_alloc&) {
+        a_c_document.Clear();
+        a_s_fault = "Out of memory";
+    }
+    return false;
+}
 
 // The configuration is rewritten in place while the device runs, so a document that does not parse
 // gets a second chance.
@@ -27,17 +45,18 @@ bool LoadConfig(TiXmlDocument& a_c_document, const std::string& a_s_path)
     // Row and column of every node, which nobody reads, cost a pass over the whole text.
     a_c_document.SetTabSize(0);
 
-    if (a_c_document.LoadFile(a_s_path, TIXML_DEFAULT_ENCODING)) {
+    std::string l_s_fault;
+    if (LoadConfigOnce(a_c_document, a_s_path, l_s_fault)) {
         return true;
     }
     syslog(LOG_ERR, "  main(): Failed to parse config (%s): %s. Retrying...", a_s_path.c_str(),
-           a_c_document.ErrorDesc());
+           l_s_fault.c_str());
     sleep(1);
-    if (a_c_document.LoadFile(a_s_path, TIXML_DEFAULT_ENCODING)) {
+    if (LoadConfigOnce(a_c_document, a_s_path, l_s_fault)) {
         return true;
     }
     syslog(LOG_ERR, "  main(): Unable to parse config file (%s): %s.", a_s_path.c_str(),
-           a_c_document.ErrorDesc());
+           l_s_fault.c_str());
     return false;
 }
 
@@ -51,22 +70,20 @@ bool WriteResponse(const std::string& a_s_response)
     return std::fclose(stdout) == 0 && l_b_written;
 }
 
-} // namespace
-
-int main()
+// One request, from the signals to the answer.
+int Answer()
 {
     const std::string l_s_configPath = CONFIG_PATH;
-    std::map<std::string, std::string> l_m_query;
-    std::map<std::string, std::string> l_m_result;
 
     SignalPeers();
 
+    BoundMemory();
     cCGI l_c_request(cCGI::eXHTML_1_0_TRANSITIONAL);
     if (!l_c_request.ParseData()) {
         syslog(LOG_ERR, "  main(): CGI parse failed.");
         return NOTHING_WRITTEN;
     }
-    l_m_query = l_c_request.GetData();
+    BoundProcessorTime();
 
     const cPidFile l_c_guard(false);
     if (access(l_s_configPath.c_str(), R_OK) != 0) {
@@ -76,15 +93,29 @@ int main()
     }
 
     FetchHeapFor(l_s_configPath);
-    TiXmlDocument l_c_document;
+    // Never destroyed: the end of the process takes the tree down faster than its destructor.
+    static TiXmlDocument& l_c_document = *new TiXmlDocument;
     std::string l_s_response = ERROR_RESPONSE;
     if (LoadConfig(l_c_document, l_s_configPath)) {
-        l_m_result = ExtractValues(l_c_document, l_m_query);
-        l_s_response = ComposeResponse(l_m_result);
+        l_s_response =
+            ComposeResponse(ExtractValues(l_c_document, std::move(l_c_request.GetData())));
     }
     if (!WriteResponse(l_s_response)) {
         syslog(LOG_ERR, "  main(): Unable to write response.");
         return NOTHING_WRITTEN;
     }
     return RESPONSE_WRITTEN;
+}
+
+} // namespace
+
+int main(int a_i_count, char* a_p_arguments[])
+{
+    PutInOrder(a_i_count, a_p_arguments);
+    try {
+        return Answer();
+    } catch (const std::bad_alloc&) {
+        syslog(LOG_ERR, "  main(): Out of memory.");
+        return NOTHING_WRITTEN;
+    }
 }

@@ -1,0 +1,83 @@
+#include "bounds.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <iterator>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <syslog.h>
+#include <unistd.h>
+
+namespace
+{
+
+#ifndef __has_feature
+#define __has_feature(feature) 0 // what Clang tells in this way GCC tells by a macro
+#endif
+#if defined(__SANITIZE_ADDRESS__) || __has_feature(address_sanitizer)
+constexpr bool MEMORY_IS_BOUNDED = false;
+#else
+constexpr bool MEMORY_IS_BOUNDED = KESTO_MEMORY_LIMIT != 0;
+#endif
+
+void Tighten(decltype(RLIMIT_AS) a_e_resource, rlim_t a_u_soft, rlim_t a_u_hard)
+{
+    rlimit l_c_limit = {};
+    if (getrlimit(a_e_resource, &l_c_limit) == 0) {
+        l_c_limit.rlim_max = std::min(l_c_limit.rlim_max, a_u_hard);
+        l_c_limit.rlim_cur = std::min({l_c_limit.rlim_cur, a_u_soft, l_c_limit.rlim_max});
+        setrlimit(a_e_resource, &l_c_limit);
+    }
+}
+
+iovec Piece(const char* a_p_text)
+{
+    return {const_cast<char*>(a_p_text), std::strlen(a_p_text)}; // NOLINT: only read from
+}
+
+// A signal handler, which may interrupt malloc or syslog itself: it sends the line as syslog would,
+// by system calls alone. The time stamp is left to the receiver (RFC 3164, 4.3.2), and a receiver
+// that has stopped reading is not waited for.
+[[noreturn]] void EndForWantOfTime(int /*signal*/)
+{
+    static_assert((LOG_USER | LOG_ERR) == 11, "the priority in the line");
+    iovec l_line[] = {Piece("<11>"), Piece(program_invocation_short_name),
+                      Piece(":   main(): Processor time is used up.")};
+    sockaddr_un l_c_receiver = {AF_UNIX, "/dev/log"};
+    msghdr l_c_message = {};
+    l_c_message.msg_name = &l_c_receiver;
+    l_c_message.msg_namelen = sizeof l_c_receiver;
+    l_c_message.msg_iov = l_line;
+    l_c_message.msg_iovlen = std::size(l_line);
+    sendmsg(socket(AF_UNIX, SOCK_DGRAM, 0), &l_c_message, MSG_DONTWAIT);
+    _exit(255);
+}
+
+} // namespace
+
+void BoundMemory()
+{
+    if (MEMORY_IS_BOUNDED) {
+        Tighten(RLIMIT_AS, rlim_t{KESTO_MEMORY_LIMIT} << 20U, RLIM_INFINITY);
+    }
+}
+
+void BoundProcessorTime()
+{
+    rusage l_c_used = {};
+    if (KESTO_CPU_LIMIT == 0 || getrusage(RUSAGE_SELF, &l_c_used) != 0) {
+        return;
+    }
+    struct sigaction l_c_action = {};
+    l_c_action.sa_handler = EndForWantOfTime;
+    sigaction(SIGXCPU, &l_c_action, nullptr);
+
+    const auto l_u_limit =
+        static_cast<rlim_t>(l_c_used.ru_utime.tv_sec + l_c_used.ru_stime.tv_sec) + KESTO_CPU_LIMIT;
+    // The kernel kills at the hard limit, should the process have been started with the signal
+    // blocked.
+    Tighten(RLIMIT_CPU, l_u_limit, l_u_limit + 1);
+}

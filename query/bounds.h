@@ -1,0 +1,17 @@
+#ifndef BOUNDS_H
+#define BOUNDS_H
+
+// What one request may take of the device. A request names expressions of any kind, and not every
+// web server ends a program that goes on for ever. A tighter bound that the process was started
+// with stays in force.
+
+/// Bounds the address space of the process to KESTO_MEMORY_LIMIT MiB: what goes beyond throws
+/// std::bad_alloc. No bound in a build with AddressSanitizer, which reserves more for itself.
+void BoundMemory();
+
+/// Bounds the processor time of the process to what it has used by now and KESTO_CPU_LIMIT seconds
+/// more. When it is used up, one line at LOG_ERR tells so, and the process ends at once with exit
+/// status 255: nothing is written, and no destructor runs.
+void BoundProcessorTime();
+
+#endif
