@@ -20,7 +20,8 @@ struct sKept
 
 sKept& Kept()
 {
-    static sKept l_c_kept;
+    // Never destroyed: the end of the process takes a mirror down faster than its destructor.
+    static sKept& l_c_kept = *new sKept;
     return l_c_kept;
 }
 
