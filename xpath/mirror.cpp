@@ -25,18 +25,17 @@ sKept& Kept()
     return l_c_kept;
 }
 
-// What a marked node's user data points to; only the address counts.
-const char MARK = 0;
-
-bool IsMarked(const TiXmlNode& a_c_node)
+// What marks a node: an address inside the node, where no application's data can be.
+void* MarkOf(const TiXmlNode& a_c_node)
 {
-    return a_c_node.GetUserData() == &MARK;
+    return const_cast<char*>(reinterpret_cast<const char*>(&a_c_node)) +
+           1; // NOLINT: never followed
 }
 
 void Mark(const TiXmlNode& a_c_node)
 {
-    // User data is no part of the document, which stays as constant as it was given.
-    const_cast<TiXmlNode&>(a_c_node).SetUserData(const_cast<char*>(&MARK)); // NOLINT
+// User data is no part of the document, which stays as constant as it was given.
+    const_cast<TiXmlNode&>(a_c_node).SetUserData(MarkOf(a_c_node)); // NOLINT
 }
 
 void Require(bool a_b_stored)
@@ -183,16 +182,18 @@ std::shared_ptr<const cMirror> cMirror::Of(const TiXmlNode& a_c_node)
     }
 
     sKept& l_c_kept = Kept();
-    const bool l_b_same = l_p_below != nullptr && IsMarked(*l_p_below) &&
-                          l_c_kept.m_p_mirror != nullptr && l_c_kept.m_p_marked == l_p_below &&
-                          l_c_kept.m_p_top == l_p_top && l_c_kept.m_p_last == l_p_top->LastChild();
+    const void* l_p_mark = l_p_below == nullptr ? nullptr : l_p_below->GetUserData();
+    const bool l_b_marked = l_p_below != nullptr && l_p_mark == MarkOf(*l_p_below);
+    const bool l_b_same = l_b_marked && l_c_kept.m_p_mirror != nullptr &&
+                          l_c_kept.m_p_marked == l_p_below && l_c_kept.m_p_top == l_p_top &&
+                          l_c_kept.m_p_last == l_p_top->LastChild();
     if (l_b_same) {
         return l_c_kept.m_p_mirror;
     }
 
     Forget();
     auto l_p_mirror = std::make_shared<const cMirror>(*l_p_top);
-    if (l_p_below != nullptr && (l_p_below->GetUserData() == nullptr || IsMarked(*l_p_below))) {
+    if (l_p_below != nullptr && l_b_free) {
         Mark(*l_p_below);
         l_c_kept = {l_p_mirror, l_p_top, l_p_below, l_p_top->LastChild()};
     }
@@ -211,6 +212,10 @@ pugi::xml_node cMirror::Counterpart(const TiXmlNode& a_c_node) const
 
 const TiXmlNode* cMirror::Original(pugi::xml_node a_c_node) const
 {
+    // A copy of the tree that was mirrored last bears its mark.
+    const bool l_b_free =
+        l_b_marked || l_p_mark == nullptr ||
+        (l_c_kept.m_p_marked != nullptr && l_p_mark == MarkOf(*l_c_kept.m_p_marked));
     return SamePlace(a_c_node, m_c_top, m_p_top);
 }
 

@@ -21,8 +21,9 @@ class cMirror
 public:
     /// The mirror of the tree that a_c_node stands in. The mirror asked for last is kept and given
     /// again for as long as the tree is the same. To know the tree again, the top-level node above
-    /// a_c_node is marked in its user data, which a node loaded anew does not bear; where an
-    /// application keeps data of its own there, every call makes a new mirror instead.
+    /// a_c_node is marked in its user data with its own address: a node loaded anew bears no mark,
+    /// and a copy that of its source. Where an application keeps data of its own there, every call
+    /// makes a new mirror instead.
     /// A node edited in place is not noticed: call Forget() after editing.
     /// Throws std::bad_alloc.
     static std::shared_ptr<const cMirror> Of(const TiXmlNode& a_c_node);
