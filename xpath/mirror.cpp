@@ -1,5 +1,7 @@
 #include "mirror.h"
 
+#include <algorithm>
+#include <functional>
 #include <new>
 #include <vector>
 
@@ -32,9 +34,9 @@ void* MarkOf(const TiXmlNode& a_c_node)
            1; // NOLINT: never followed
 }
 
+// User data is no part of the document, which stays as constant as it was given.
 void Mark(const TiXmlNode& a_c_node)
 {
-// User data is no part of the document, which stays as constant as it was given.
     const_cast<TiXmlNode&>(a_c_node).SetUserData(MarkOf(a_c_node)); // NOLINT
 }
 
@@ -145,6 +147,25 @@ tOther SamePlace(tNode a_c_node, tNode a_c_top, tOther a_c_otherTop)
     return l_c_found;
 }
 
+// The node that follows in document order, attributes aside; a null node at the end.
+pugi::xml_node Following(pugi::xml_node a_c_node)
+{
+    if (!a_c_node.first_child().empty()) {
+        return a_c_node.first_child();
+    }
+    while (!a_c_node.empty() && a_c_node.next_sibling().empty()) {
+        a_c_node = a_c_node.parent();
+    }
+    return a_c_node.next_sibling();
+}
+
+// What two references to one node or attribute have in common.
+const void* Identity(const pugi::xpath_node& a_c_node)
+{
+    const void* const l_p_attribute = a_c_node.attribute().internal_object();
+    return l_p_attribute != nullptr ? l_p_attribute : a_c_node.node().internal_object();
+}
+
 } // namespace
 
 cMirror::cMirror(const TiXmlNode& a_c_top) : m_p_top(&a_c_top)
@@ -191,6 +212,10 @@ std::shared_ptr<const cMirror> cMirror::Of(const TiXmlNode& a_c_node)
         return l_c_kept.m_p_mirror;
     }
 
+    // A copy of the tree that was mirrored last bears its mark.
+    const bool l_b_free =
+        l_b_marked || l_p_mark == nullptr ||
+        (l_c_kept.m_p_marked != nullptr && l_p_mark == MarkOf(*l_c_kept.m_p_marked));
     Forget();
     auto l_p_mirror = std::make_shared<const cMirror>(*l_p_top);
     if (l_p_below != nullptr && l_b_free) {
@@ -210,12 +235,39 @@ pugi::xml_node cMirror::Counterpart(const TiXmlNode& a_c_node) const
     return SamePlace(&a_c_node, m_p_top, m_c_top);
 }
 
+pugi::xpath_node cMirror::First(const pugi::xpath_node_set& a_c_nodes) const
+{
+    if (a_c_nodes.type() != pugi::xpath_node_set::type_unsorted || a_c_nodes.size() < 2) {
+        return a_c_nodes.first();
+    }
+    // One walk until a member is met. To compare members with each other, as the set itself would,
+    // takes a walk along the siblings for every one of them.
+    std::vector<const void*> l_v_members;
+    l_v_members.reserve(a_c_nodes.size());
+    for (const pugi::xpath_node& l_c_member : a_c_nodes) {
+        l_v_members.push_back(Identity(l_c_member));
+    }
+    std::sort(l_v_members.begin(), l_v_members.end(), std::less<>());
+    const auto l_c_isMember = [&l_v_members](const pugi::xpath_node& a_c_node) {
+        return std::binary_search(l_v_members.begin(), l_v_members.end(), Identity(a_c_node),
+                                  std::less<>());
+    };
+    for (pugi::xml_node l_c_node = m_c_tree; l_c_node; l_c_node = Following(l_c_node)) {
+        if (l_c_isMember(l_c_node)) {
+            return l_c_node;
+        }
+        for (const pugi::xml_attribute l_c_attribute : l_c_node.attributes()) {
+            const pugi::xpath_node l_c_candidate(l_c_attribute, l_c_node);
+            if (l_c_isMember(l_c_candidate)) {
+                return l_c_candidate;
+            }
+        }
+    }
+    return {};
+}
+
 const TiXmlNode* cMirror::Original(pugi::xml_node a_c_node) const
 {
-    // A copy of the tree that was mirrored last bears its mark.
-    const bool l_b_free =
-        l_b_marked || l_p_mark == nullptr ||
-        (l_c_kept.m_p_marked != nullptr && l_p_mark == MarkOf(*l_c_kept.m_p_marked));
     return SamePlace(a_c_node, m_c_top, m_p_top);
 }
 

@@ -41,6 +41,10 @@ public:
     /// as the original of the mirror's document too.
     const TiXmlNode* Original(pugi::xml_node a_c_node) const;
 
+    /// The first in document order of a set of nodes of the mirror; a null node of an empty set. In
+    /// linear time also where the set is not sorted. Throws std::bad_alloc.
+    pugi::xpath_node First(const pugi::xpath_node_set& a_c_nodes) const;
+
 private:
     const TiXmlNode* m_p_top;
     pugi::xml_document m_c_tree;

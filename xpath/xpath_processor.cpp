@@ -1,7 +1,6 @@
 #include "xpath_processor.h"
 
 #include <cstring>
-#include <exception>
 #include <optional>
 #include <string_view>
 
@@ -95,28 +94,33 @@ struct xpath_processor::sEvaluation
 
     bool m_b_computed = false;
     pugi::xpath_node_set m_c_nodes;
+    pugi::xpath_node m_c_first; // in document order
 
-    // Whether there is a query to evaluate. Throws pugi::xpath_exception, std::bad_alloc.
+    // Whether there is a query to evaluate. Throws std::bad_alloc.
     bool Prepare();
     pugi::xpath_node Member(unsigned a_u_index);
 };
 
 bool xpath_processor::sEvaluation::Prepare()
 {
-    if (!m_b_prepared) {
-        m_b_prepared = true;
-        pugi::xpath_query l_c_query(HideStandIns(m_s_expression).c_str());
+    if (m_b_prepared) {
+        return m_c_query.has_value();
+    }
+    try {
+        m_c_query.emplace(HideStandIns(m_s_expression).c_str());
         m_p_mirror = cMirror::Of(*m_p_node);
         m_c_context = m_p_mirror->Counterpart(*m_p_node);
-        m_c_query = std::move(l_c_query);
+    } catch (const pugi::xpath_exception&) {
+        m_c_query.reset();
     }
+    m_b_prepared = true;
     return m_c_query.has_value();
 }
 
 pugi::xpath_node xpath_processor::sEvaluation::Member(unsigned a_u_index)
 {
     if (a_u_index == 0) {
-        return m_c_nodes.first();
+        return m_c_first;
     }
     m_c_nodes.sort();
     return a_u_index < m_c_nodes.size() ? m_c_nodes[a_u_index] : pugi::xpath_node();
@@ -124,15 +128,10 @@ pugi::xpath_node xpath_processor::sEvaluation::Member(unsigned a_u_index)
 
 xpath_processor::xpath_processor(const TiXmlNode* a_p_node, const char* a_p_expression)
 {
-    if (a_p_node == nullptr || a_p_expression == nullptr) {
-        return;
-    }
-    try {
+    if (a_p_node != nullptr && a_p_expression != nullptr) {
         m_p_evaluation = std::make_unique<sEvaluation>();
         m_p_evaluation->m_p_node = a_p_node;
         m_p_evaluation->m_s_expression = a_p_expression;
-    } catch (const std::exception&) {
-        m_p_evaluation.reset();
     }
 }
 
@@ -144,17 +143,13 @@ unsigned xpath_processor::u_compute_xpath_node_set()
         return 0;
     }
     sEvaluation& l_c_this = *m_p_evaluation;
-    try {
-        if (!l_c_this.m_b_computed && l_c_this.Prepare() &&
-            l_c_this.m_c_query->return_type() == pugi::xpath_type_node_set) {
-            l_c_this.m_c_nodes = l_c_this.m_c_query->evaluate_node_set(l_c_this.m_c_context);
-        }
-        l_c_this.m_b_computed = true;
-        return static_cast<unsigned>(l_c_this.m_c_nodes.size());
-    } catch (const std::exception&) {
-        l_c_this.m_b_computed = true;
-        return 0;
+    if (!l_c_this.m_b_computed && l_c_this.Prepare() &&
+        l_c_this.m_c_query->return_type() == pugi::xpath_type_node_set) {
+        l_c_this.m_c_nodes = l_c_this.m_c_query->evaluate_node_set(l_c_this.m_c_context);
+        l_c_this.m_c_first = l_c_this.m_p_mirror->First(l_c_this.m_c_nodes);
     }
+    l_c_this.m_b_computed = true;
+    return static_cast<unsigned>(l_c_this.m_c_nodes.size());
 }
 
 TiXmlNode* xpath_processor::XNp_get_xpath_node(unsigned a_u_index)
@@ -162,16 +157,12 @@ TiXmlNode* xpath_processor::XNp_get_xpath_node(unsigned a_u_index)
     if (m_p_evaluation == nullptr) {
         return nullptr;
     }
-    try {
-        const pugi::xml_node l_c_node = m_p_evaluation->Member(a_u_index).node();
-        if (l_c_node.empty()) {
-            return nullptr;
-        }
-        // The interface takes the tree as constant and gives its nodes back as the owner has them.
-        return const_cast<TiXmlNode*>(m_p_evaluation->m_p_mirror->Original(l_c_node)); // NOLINT
-    } catch (const std::exception&) {
+    const pugi::xml_node l_c_node = m_p_evaluation->Member(a_u_index).node();
+    if (l_c_node.empty()) {
         return nullptr;
     }
+    // The interface takes the tree as constant and gives its nodes back as the owner has them.
+    return const_cast<TiXmlNode*>(m_p_evaluation->m_p_mirror->Original(l_c_node)); // NOLINT
 }
 
 std::string xpath_processor::S_compute_xpath()
@@ -180,17 +171,13 @@ std::string xpath_processor::S_compute_xpath()
         return {};
     }
     sEvaluation& l_c_this = *m_p_evaluation;
-    try {
-        // An attribute that was selected already need not be selected a second time.
-        const pugi::xml_attribute l_c_first = l_c_this.m_c_nodes.first().attribute();
-        if (!l_c_first.empty()) {
-            return l_c_first.value();
-        }
-        return l_c_this.Prepare() ? l_c_this.m_c_query->evaluate_string(l_c_this.m_c_context)
-                                  : std::string();
-    } catch (const std::exception&) {
-        return {};
+    // An attribute that was selected already need not be selected a second time.
+    const pugi::xml_attribute l_c_first = l_c_this.m_c_first.attribute();
+    if (!l_c_first.empty()) {
+        return l_c_first.value();
     }
+    return l_c_this.Prepare() ? l_c_this.m_c_query->evaluate_string(l_c_this.m_c_context)
+                              : std::string();
 }
 
 void xpath_processor::forget_tree()

@@ -18,12 +18,14 @@ namespace TinyXPath
 ///   - positions and lengths in strings count bytes;
 ///   - variables, the namespace axis and id() are not available.
 ///
-/// No operation throws. What cannot be computed (an expression that does not parse, no node to
-/// start from, no memory) gives the empty result.
+/// What cannot be computed (an expression that does not parse, no node to start from) gives the
+/// empty result. Every operation may throw std::bad_alloc, and nothing else: a lack of memory must
+/// not look like an empty result.
 ///
 /// The copy of the tree that evaluation needs is made once and shared by all processors over the
-/// same tree, until the tree is loaded anew. A tree that is edited in place between processors has
-/// to be announced with forget_tree(). The tree must outlive its processors. For one thread.
+/// same tree, until the tree is loaded anew or copied. A tree that is edited in place, be it before
+/// its first processor, has to be announced with forget_tree(). The tree must outlive its
+/// processors. For one thread.
 class xpath_processor
 {
 public:
