@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
+#include <new>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -13,6 +15,8 @@
 
 namespace
 {
+
+constexpr int NOTHING_WRITTEN = 255;
 
 #ifndef __has_feature
 #define __has_feature(feature) 0 // what Clang tells in this way GCC tells by a macro
@@ -31,6 +35,19 @@ void Tighten(decltype(RLIMIT_AS) a_e_resource, rlim_t a_u_soft, rlim_t a_u_hard)
         l_c_limit.rlim_cur = std::min({l_c_limit.rlim_cur, a_u_soft, l_c_limit.rlim_max});
         setrlimit(a_e_resource, &l_c_limit);
     }
+}
+
+// Called by operator new. To throw would not do: an evaluation would go on without the memory that
+// it lacks, to see only at its end, which may be long after, that it has no result.
+[[noreturn]] void EndForWantOfMemory()
+{
+    rlimit l_c_limit = {};
+    if (getrlimit(RLIMIT_AS, &l_c_limit) == 0) {
+        l_c_limit.rlim_cur = l_c_limit.rlim_max; // the log and what ends the process need some
+        setrlimit(RLIMIT_AS, &l_c_limit);
+    }
+    syslog(LOG_ERR, "  main(): Out of memory.");
+    std::exit(NOTHING_WRITTEN);
 }
 
 iovec Piece(const char* a_p_text)
@@ -53,13 +70,14 @@ iovec Piece(const char* a_p_text)
     l_c_message.msg_iov = l_line;
     l_c_message.msg_iovlen = std::size(l_line);
     sendmsg(socket(AF_UNIX, SOCK_DGRAM, 0), &l_c_message, MSG_DONTWAIT);
-    _exit(255);
+    _exit(NOTHING_WRITTEN);
 }
 
 } // namespace
 
 void BoundMemory()
 {
+    std::set_new_handler(EndForWantOfMemory);
     if (MEMORY_IS_BOUNDED) {
         Tighten(RLIMIT_AS, rlim_t{KESTO_MEMORY_LIMIT} << 20U, RLIM_INFINITY);
     }

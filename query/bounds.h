@@ -5,8 +5,10 @@
 // web server ends a program that goes on for ever. A tighter bound that the process was started
 // with stays in force.
 
-/// Bounds the address space of the process to KESTO_MEMORY_LIMIT MiB: what goes beyond throws
-/// std::bad_alloc. No bound in a build with AddressSanitizer, which reserves more for itself.
+/// Bounds the address space of the process to KESTO_MEMORY_LIMIT MiB, but not in a build with
+/// AddressSanitizer, which reserves more for itself. Where memory does not suffice from now on, the
+/// process ends instead of an exception being thrown: one line at LOG_ERR tells so, objects of
+/// static storage are destroyed, and the exit status is 255. std::set_new_handler() suspends that.
 void BoundMemory();
 
 /// Bounds the processor time of the process to what it has used by now and KESTO_CPU_LIMIT seconds

@@ -26,16 +26,17 @@ constexpr int NOTHING_WRITTEN = -1;
 bool LoadConfigOnce(TiXmlDocument& a_c_document, const std::string& a_s_path,
                     std::string& a_s_fault)
 {
+    const std::new_handler l_p_handler = std::set_new_handler(nullptr);
+    bool l_b_loaded = false;
     try {
-        if (a_c_document.LoadFile(a_s_path, TIXML_DEFAULT_ENCODING)) {
-            return true;
-        }
+        l_b_loaded = a_c_document.LoadFile(a_s_path, TIXML_DEFAULT_ENCODING);
         a_s_fault = a_c_document.ErrorDesc();
     } catch (const std::bad_alloc&) {
         a_c_document.Clear();
         a_s_fault = "Out of memory";
     }
-    return false;
+    std::set_new_handler(l_p_handler);
+    return l_b_loaded;
 }
 
 // The configuration is rewritten in place while the device runs, so a document that does not parse
@@ -70,9 +71,11 @@ bool WriteResponse(const std::string& a_s_response)
     return std::fclose(stdout) == 0 && l_b_written;
 }
 
-// One request, from the signals to the answer.
-int Answer()
+} // namespace
+
+int main(int a_i_count, char* a_p_arguments[])
 {
+    PutInOrder(a_i_count, a_p_arguments);
     const std::string l_s_configPath = CONFIG_PATH;
 
     SignalPeers();
@@ -85,7 +88,8 @@ int Answer()
     }
     BoundProcessorTime();
 
-    const cPidFile l_c_guard(false);
+    // Static, so that it removes its file where exit() ends the process too.
+    static const cPidFile l_c_guard(false);
     if (access(l_s_configPath.c_str(), R_OK) != 0) {
         syslog(LOG_ERR, "  main(): Config file (%s) is missing or not readable.",
                l_s_configPath.c_str());
@@ -105,17 +109,4 @@ int Answer()
         return NOTHING_WRITTEN;
     }
     return RESPONSE_WRITTEN;
-}
-
-} // namespace
-
-int main(int a_i_count, char* a_p_arguments[])
-{
-    PutInOrder(a_i_count, a_p_arguments);
-    try {
-        return Answer();
-    } catch (const std::bad_alloc&) {
-        syslog(LOG_ERR, "  main(): Out of memory.");
-        return NOTHING_WRITTEN;
-    }
 }

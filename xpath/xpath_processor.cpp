@@ -1,6 +1,7 @@
 #include "xpath_processor.h"
 
 #include <cstring>
+#include <new>
 #include <optional>
 #include <string_view>
 
@@ -79,6 +80,17 @@ std::string HideStandIns(std::string_view a_s_expression)
     return l_s_hidden;
 }
 
+// The engine's memory, so that it is the program's new-handler that learns of a lack of it: the
+// engine itself, which no exception may pass through, carries on and reports it at the end.
+void* Allocate(std::size_t a_u_size)
+{
+    return ::operator new(a_u_size, std::nothrow);
+}
+void Release(void* a_p_block)
+{
+    ::operator delete(a_p_block);
+}
+
 } // namespace
 
 struct xpath_processor::sEvaluation
@@ -106,6 +118,7 @@ bool xpath_processor::sEvaluation::Prepare()
     if (m_b_prepared) {
         return m_c_query.has_value();
     }
+    pugi::set_memory_management_functions(Allocate, Release);
     try {
         m_c_query.emplace(HideStandIns(m_s_expression).c_str());
         m_p_mirror = cMirror::Of(*m_p_node);
