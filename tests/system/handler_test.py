@@ -92,16 +92,18 @@ class Peers(unittest.TestCase):
         folder.mkdir()
         killall = folder / "killall"
         killall.write_text('#!/bin/sh\nfds=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2)\n'
-                           'echo "$fds" > /tmp/slow/fds.$3; mv /tmp/slow/fds.$3 /tmp/slow/at.$3\n'
+                           'echo "$fds" > /tmp/slow/fds.$3; env > /tmp/slow/env.$3; mv /tmp/slow/fds.$3 /tmp/slow/at.$3\n'
                            'read line < /tmp/slow/gate; > /tmp/slow/end.$3\n')
         killall.chmod(0o755)
         os.mkfifo(folder / "gate")
-        process = harness.start("GET", "", PATH=f"{folder}:{os.environ['PATH']}")
+        process = harness.start("GET", "", PATH=f"{folder}:{os.environ['PATH']}", HTTP_X="() { :;}", SERVER_PORT="1")
         self.assertEqual(process.communicate()[0], answer())
         started = [folder / "at.brolvex", folder / "at.tamsorin"]
         wait_for_all(started)
         for path in started:
             self.assertEqual(path.read_text(), "/dev/null\n" * 3)
+            names = {line.partition("=")[0] for line in (folder / f"env{path.suffix}").read_text().splitlines()}
+            self.assertLessEqual(names - {"OLDPWD", "PWD", "SHLVL", "_"}, {"PATH", "SERVER_PORT"})
         ended = [folder / "end.brolvex", folder / "end.tamsorin"]
         self.assertFalse(any(path.exists() for path in ended))
         with open(folder / "gate", "w", buffering=1) as gate:

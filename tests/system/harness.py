@@ -16,6 +16,7 @@ CGI_FOLDER = pathlib.Path("/usr/libexec/cgi-bin")
 QUERY = CGI_FOLDER / "query"
 SOURCE = pathlib.Path(os.environ["KESTO_SOURCE"])
 EMULATOR = os.environ.get("KESTO_EMULATOR")  # runs the programs, if this machine cannot
+BOUNDED = not EMULATOR and os.environ.get("KESTO_SANITIZE") != "ON"  # whether the program bounds its memory
 CONFIG = pathlib.Path("/home/httpd/kestoconfig/conf/config.xml")
 EXAMPLE = SOURCE / "examples" / "config.xml"
 PATH = os.environ["PATH"] + ":/usr/sbin"  # servers are there
@@ -39,7 +40,7 @@ class SystemLog:
             if line == "mark":
                 self._marked.set()
             else:
-                priority, text = re.match(r"<(\d+)>.{15} [^:]*: (.*)", line, re.S).groups()
+                priority, text = re.match(r"<(\d+)>(?:.{15} )?[^:]*: (.*)", line, re.S).groups()
                 self._lines.append((int(priority) & 7, text))
 
     def take(self):
@@ -103,10 +104,10 @@ def install_config(text=None):
     CONFIG.write_bytes(EXAMPLE.read_bytes() if text is None else text)
 
 
-def start(method="GET", query="", stdin=subprocess.DEVNULL, **environment):
+def start(method="GET", query="", stdin=subprocess.DEVNULL, command=(QUERY,), **environment):
     """Starts the handler as a web server would, with nothing else in its environment."""
     return subprocess.Popen(
-        [QUERY], stdin=stdin, stdout=subprocess.PIPE,
+        command, stdin=stdin, stdout=subprocess.PIPE,
         env={"PATH": os.environ["PATH"], "REQUEST_METHOD": method, "QUERY_STRING": query,
              **environment})
 
