@@ -20,7 +20,8 @@ namespace TinyXPath
 ///
 /// What cannot be computed (an expression that does not parse, no node to start from) gives the
 /// empty result. Every operation may throw std::bad_alloc, and nothing else: a lack of memory must
-/// not look like an empty result.
+/// not look like an empty result. All memory comes from operator new: a new-handler that ends the
+/// process spares it the rest of an evaluation that can have no result any more.
 ///
 /// The copy of the tree that evaluation needs is made once and shared by all processors over the
 /// same tree, until the tree is loaded anew or copied. A tree that is edited in place, be it before
