@@ -237,11 +237,12 @@ pugi::xml_node cMirror::Counterpart(const TiXmlNode& a_c_node) const
 
 pugi::xpath_node cMirror::First(const pugi::xpath_node_set& a_c_nodes) const
 {
-    if (a_c_nodes.type() != pugi::xpath_node_set::type_unsorted || a_c_nodes.size() < 2) {
+    // The set itself compares unsorted members with each other, which takes a walk along the
+    // siblings for every one of them. Of many members one walk until one is met is cheaper.
+    constexpr std::size_t FEW = 64;
+    if (a_c_nodes.type() != pugi::xpath_node_set::type_unsorted || a_c_nodes.size() < FEW) {
         return a_c_nodes.first();
     }
-    // One walk until a member is met. To compare members with each other, as the set itself would,
-    // takes a walk along the siblings for every one of them.
     std::vector<const void*> l_v_members;
     l_v_members.reserve(a_c_nodes.size());
     for (const pugi::xpath_node& l_c_member : a_c_nodes) {
