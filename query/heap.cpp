@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#if defined(M_MMAP_MAX) && defined(M_TRIM_THRESHOLD) && defined(MADV_POPULATE_WRITE)
+
 namespace
 {
 
@@ -39,3 +41,10 @@ void FetchHeapFor(const std::string& a_s_documentPath)
         std::free(l_p_block);
     }
 }
+
+#else
+
+// A C library without mallopt, or headers from before Linux 5.14: nothing else depends on this.
+void FetchHeapFor(const std::string& /*a_s_documentPath*/) {}
+
+#endif
