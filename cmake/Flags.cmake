@@ -6,8 +6,14 @@ set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_C_STANDARD 11)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
-set(CMAKE_C_FLAGS_RELEASE "-O2 -DNDEBUG")
+
+# CMake's own choice, -O3, would make the program larger. What the user or the toolchain file chose
+# stays.
+foreach(language C CXX)
+  if(NOT release_flags_given AND CMAKE_${language}_FLAGS_RELEASE STREQUAL "-O3 -DNDEBUG")
+    set(CMAKE_${language}_FLAGS_RELEASE "-O2 -DNDEBUG" CACHE STRING "Flags of Release builds" FORCE)
+  endif()
+endforeach()
 
 add_compile_options(-Wall -Wextra -Wshadow -Wconversion)
 if(KESTO_WERROR)
