@@ -60,9 +60,9 @@ class Browser(unittest.TestCase):
     def test_forms_for_the_handler(self):
         for kind in ("application/x-www-form-urlencoded", "multipart/form-data"):
             self.call("/url", url=FORM.format(self.url + "/query", kind))
-            steps = "textarea <- //mtu\n[. = 1500]\n/text()", "[type=file] <- /usr/libexec/cgi-bin/query", "[type=submit]"
+            steps = "textarea <- //mtu\n[. = 1500]\n/text()", "[type=file] <- /usr/lib/cgi-bin/query", "[type=submit]"
             self.assertEqual(self.use(ANSWER, *steps), {"a & ü": "Jana Müller", "b": "1500", "f": ""})
-        self.assertEqual(subprocess.call(["cmp", "/usr/libexec/cgi-bin/query", "/tmp/query"]), 0)  # holds every byte
+        self.assertEqual(subprocess.call(["cmp", "/usr/lib/cgi-bin/query", "/tmp/query"]), 0)  # holds every byte
 
     def test_query_page(self):
         self.call("/url", url=self.url + "/query_page")
@@ -81,12 +81,12 @@ class Browser(unittest.TestCase):
         self.assertEqual(self.use(
             LISTING, "#text <- <script>'&amp;", '#password <- p"ä', "#area <- !\n", "#box", "#no", "[value=eth0]",
             "[value=eth1]", "[value=any]", "[value=wifi]", "[value='80']", "[value='2']", "[value=debug]",
-            "#scroll_options [value='22']", "#scroll_items option", "#upload <- /usr/libexec/cgi-bin/form_page", "#send"
+            "#scroll_options [value='22']", "#scroll_items option", "#upload <- /usr/lib/cgi-bin/form_page", "#send"
         ), [1, f"Stored upload: /tmp/form_page, {os.path.getsize('/tmp/form_page')} bytes", dict(
             text="gateway-7<script>'&amp;", password='p"ä', area="Two\nlines\n!\n", upload="/tmp/form_page", box="on",
             radio="no", boxes="eth1", radios="any", popup="wifi", popup_options="80", dropdown="2", scroll="debug",
             scroll_options="22", scroll_items="1", hidden="unseen", send="Send")])
-        self.assertEqual(subprocess.call(["cmp", "/usr/libexec/cgi-bin/form_page", "/tmp/form_page"]), 0)
+        self.assertEqual(subprocess.call(["cmp", "/usr/lib/cgi-bin/form_page", "/tmp/form_page"]), 0)
         self.take_pictures("form_page")
         self.assertIn("icon.x", self.use(LISTING, "[type=image]")[2])  # with the file field left empty
         self.assertEqual(self.use(LISTING, "#short <- <i>+現", "#send_short"), [1, None, {"short": "<i>+現"}])

@@ -12,7 +12,7 @@ import threading
 import time
 import urllib.parse
 
-CGI_FOLDER = pathlib.Path("/usr/libexec/cgi-bin")
+CGI_FOLDER = pathlib.Path("/usr/lib/cgi-bin")
 QUERY = CGI_FOLDER / "query"
 SOURCE = pathlib.Path(os.environ["KESTO_SOURCE"])
 EMULATOR = os.environ.get("KESTO_EMULATOR")  # runs the programs, if this machine cannot
@@ -94,7 +94,7 @@ if "KESTO_PACKAGES" in os.environ:
     install_packages(os.environ["KESTO_PACKAGES"])
     install(shutil.copy(QUERY, "/run"))
 else:
-    CGI_FOLDER.mkdir()
+    assert CGI_FOLDER.is_mount(), "to be covered by the sandbox the folder has to exist"
     install(os.environ["KESTO_QUERY"])
 pathlib.Path("/home/httpd/html").mkdir(parents=True)
 
