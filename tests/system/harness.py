@@ -72,6 +72,7 @@ def install_packages(folder):
     """Installs the packages in a folder by dpkg, into layers over the system's own folders. For an ordinary user, whom
     the system's folders do not belong to even in the sandbox, it ends the test as skipped."""
     if not OTHER_USERS:
+        print("packages ... skipped 'only root can install them'")
         sys.exit(77)
     for target in ("/usr", "/var/lib/dpkg"):
         upper, work = (pathlib.Path("/run/layers", kind, target[1:]) for kind in ("upper", "work"))
