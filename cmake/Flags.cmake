@@ -21,7 +21,14 @@ if(KESTO_WERROR)
 endif()
 
 # File names in the binary read from the project root, wherever the build directory is.
-add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
+set(prefix_map -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
+if(CMAKE_GENERATOR MATCHES Ninja AND prefix_map MATCHES "\\$")
+  # In the options that CMake writes for Ninja the shell would take it for a variable. Ninja runs its
+  # commands in the build directory, so a file there can be named without its path.
+  file(WRITE ${CMAKE_BINARY_DIR}/prefix-map "'${prefix_map}'")
+  set(prefix_map @prefix-map)
+endif()
+add_compile_options(${prefix_map})
 
 # Offsets and times are 64 bits wide on 32-bit targets too: an upload may pass 2 GiB.
 add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
