@@ -3,6 +3,7 @@
 The documents are ordinary ones, which every XML library prints alike: no white space around
 texts, and no empty element in what the queries select."""
 
+import random
 from urllib.parse import quote
 
 SECTIONS = {
@@ -40,21 +41,13 @@ SECTIONS = {
 }
 HEAD = '<?xml version="1.0" encoding="UTF-8"?>\n<configuration version="3" device="KG-2040">\n'
 
-BOUNDARY = b"----FormBoundary7MA4YWxkTrZu0gW"  # feed.c has it too
-
 # What a query asks for, by turns: an attribute, a text, an element with its subtree.
 PATTERNS = (
     "/configuration/services/service[@name='service-{i}']/@port",
     "/configuration/interfaces/interface[@name='eth{i}']/address/ip/text()",
     "/configuration/users/user[@name='user{i}']",
 )
-
-
-def section(name, count):
-    """One section of the document with that many entries."""
-    entries = (SECTIONS[name].format(i=i, a=i // 250 + 1, b=i % 250 + 1, port=8000 + i)
-               for i in range(count))
-    return f"  <{name}>\n{''.join(entries)}  </{name}>\n"
+BOUNDARY = b"----FormBoundary7MA4YWxkTrZu0gW"  # like those of browsers
 
 
 def entries_in(kilobytes):
@@ -64,34 +57,38 @@ def entries_in(kilobytes):
 
 def document(kilobytes):
     """A device configuration of about that size."""
-    body = "".join(section(name, entries_in(kilobytes)) for name in SECTIONS)
-    return f"{HEAD}{body}</configuration>\n".encode()
+    text = HEAD
+    for name, entry in SECTIONS.items():
+        text += f"  <{name}>\n"
+        for i in range(entries_in(kilobytes)):
+            text += entry.format(i=i, a=i // 250 + 1, b=i % 250 + 1, port=8000 + i)
+        text += f"  </{name}>\n"
+    return f"{text}</configuration>\n".encode()
 
 
 def query_string(kilobytes, keys):
     """A query string with that many keys for the document of that size."""
     count = entries_in(kilobytes)
-    expressions = (PATTERNS[k % 3].format(i=(count // 2 + k // 3 * 7) % count)
-                   for k in range(keys))
+    expressions = (PATTERNS[k % 3].format(i=(count // 2 + k // 3 * 7) % count) for k in range(keys))
     return "&".join(f"k{k}={quote(text)}" for k, text in enumerate(expressions))
 
 
-def part(name, content):
-    """One text field of a multipart body."""
-    return (b"--" + BOUNDARY + b'\r\nContent-Disposition: form-data; name="' + name
-            + b'"\r\n\r\n' + content + b"\r\n")
+def part(content, header=b'name="a"'):
+    """One part of a multipart body."""
+    return b"--%b\r\nContent-Disposition: form-data; %b\r\n\r\n%b\r\n" % (BOUNDARY, header, content)
 
 
-def tiny_parts(count):
-    """A multipart body of that many one-byte fields, all of one name: a single query."""
-    return part(b"a", b"1") * count + b"--" + BOUNDARY + b"--\r\n"
+def multipart(*parts):
+    """A multipart body."""
+    return b"".join(parts) + b"--" + BOUNDARY + b"--\r\n"
 
 
-def text_field(content):
-    """A multipart body of one text field."""
-    return part(b"a", content) + b"--" + BOUNDARY + b"--\r\n"
+def upload(content, fields=0):
+    """A multipart body of a file, with that many one-byte fields before it."""
+    header = b'name="image"; filename="upload.bin"\r\nContent-Type: application/octet-stream'
+    return multipart(part(b"1") * fields, part(content, header))
 
 
-def percent_escapes(count):
-    """A URL-encoded body of one field, all escapes."""
-    return b"a=" + b"%41" * count
+def noise(mebibytes):
+    """Bytes as of a compressed firmware image."""
+    return random.Random(1).randbytes(mebibytes << 20)

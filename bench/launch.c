@@ -1,20 +1,14 @@
-/* The web server's side of a request, small enough not to disturb what it measures.
- *
- *     launch PROGRAM              runs one request and prints one line:
- *         microseconds to the end of the answer, microseconds to the end of the program,
- *         processor microseconds of the program (with children that it waited for itself),
- *         processor microseconds of it and all its descendants, peak resident KB, wait status
- *     launch SECONDS PROGRAM      runs one request after the other, prints how many
- *
- * Environment and standard input are handed on. A single request's descendants are waited for
- * before anything is printed; those of a series of requests are left to the system, as a web
- * server leaves them.
+/* The web server's side of a request, small enough not to disturb what it measures. Runs the
+ * program named as its argument, with its own environment and standard input, and prints one line:
+ *     microseconds to the end of the answer, microseconds to the end of the program,
+ *     processor microseconds of the program (with children that it waited for itself),
+ *     processor microseconds of it and all its descendants, peak resident KB, wait status
  *
  * Peak memory is why this is a program: a process inherits the peak of the one that started it, so
  * that must have less than any program worth measuring. */
 #define _GNU_SOURCE
+#include <fcntl.h>
 #include <stdio.h>
-#include <stdlib.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -34,34 +28,23 @@ static long processor_time(const struct rusage* usage)
            usage->ru_stime.tv_usec;
 }
 
-/* Starts the program with its standard output in a pipe and reads that to its end. */
-static pid_t run(char* program)
+int main(int count, char** arguments)
 {
     int ends[2];
-    if (pipe(ends) != 0) {
-        exit(2);
+    if (count != 2 || prctl(PR_SET_CHILD_SUBREAPER, 1) != 0 || pipe2(ends, O_CLOEXEC) != 0) {
+        return 2;
     }
+    const long start = now();
     const pid_t child = vfork(); /* nothing of this process is copied at the child's cost */
     if (child == 0) {
         dup2(ends[1], STDOUT_FILENO);
-        close(ends[0]);
-        close(ends[1]);
-        execl(program, program, (char*)NULL);
+        execl(arguments[1], arguments[1], (char*)NULL);
         _exit(127);
     }
     close(ends[1]);
     static char answer[65536];
     while (read(ends[0], answer, sizeof answer) > 0) {
     }
-    close(ends[0]);
-    return child;
-}
-
-static int run_once(char* program)
-{
-    prctl(PR_SET_CHILD_SUBREAPER, 1);
-    const long start = now();
-    const pid_t child = run(program);
     const long answered = now();
 
     int status = 0;
@@ -77,31 +60,4 @@ static int run_once(char* program)
     printf("%ld %ld %ld %ld %ld %d\n", answered - start, ended - start, processor_time(&own), all,
            own.ru_maxrss, status);
     return 0;
-}
-
-static int run_series(double seconds, char* program)
-{
-    const long end = now() + (long)(seconds * 1e6);
-    int count = 0;
-    for (; now() < end; ++count) {
-        int status = 0;
-        waitpid(run(program), &status, 0);
-        if (status != 0) {
-            return 1;
-        }
-    }
-    printf("%d\n", count);
-    return 0;
-}
-
-int main(int count, char** arguments)
-{
-    switch (count) {
-    case 2:
-        return run_once(arguments[1]);
-    case 3:
-        return run_series(atof(arguments[1]), arguments[2]);
-    default:
-        return 2;
-    }
 }

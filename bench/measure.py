@@ -8,38 +8,34 @@ from pathlib import Path
 
 import documents
 
-BIN = "/run/bench/"
-CONFIG = "/home/httpd/kestoconfig/conf/config.xml"
-
+BUILD = Path(__file__).resolve().parent.parent / "build" / "bench"
+BIN = BUILD / "measured"
+CONFIG = Path("/home/httpd/kestoconfig/conf/config.xml")
+QUICK = "--quick" in sys.argv
 # What `launch` tells of one run: times in milliseconds, peak memory in MB.
 Sample = namedtuple("Sample", "answered ended own everything peak")
-QUICK = "--quick" in sys.argv
+MULTIPART = "multipart/form-data; boundary=" + documents.BOUNDARY.decode()
 
 
-def environment(method, **variables):
+def environment(**variables):
     """The variables of a request, as a web server sets them."""
-    return {"PATH": "/usr/bin:/bin", "GATEWAY_INTERFACE": "CGI/1.1", "REQUEST_METHOD": method,
-            "SCRIPT_NAME": "/cgi-bin/query", "SERVER_NAME": "127.0.0.1", "SERVER_PORT": "80",
-            "SERVER_PROTOCOL": "HTTP/1.1", "REMOTE_ADDR": "127.0.0.1", **variables}
+    return {"PATH": "/usr/bin:/bin", "GATEWAY_INTERFACE": "CGI/1.1", "SCRIPT_NAME": "/cgi-bin/query", **variables,
+            "SERVER_NAME": "127.0.0.1", "SERVER_PORT": "80", "SERVER_PROTOCOL": "HTTP/1.1", "REMOTE_ADDR": "127.0.0.1"}
 
 
 def get(kilobytes, keys):
     """A query of that many keys over the document of that size."""
-    return environment("GET", QUERY_STRING=documents.query_string(kilobytes, keys))
-
-
-MULTIPART = "multipart/form-data; boundary=" + documents.BOUNDARY.decode()
+    return environment(REQUEST_METHOD="GET", QUERY_STRING=documents.query_string(kilobytes, keys))
 
 
 def post(length, content_type=MULTIPART):
     """A request with a body of that length."""
-    return environment("POST", CONTENT_LENGTH=str(length), CONTENT_TYPE=content_type)
+    return environment(REQUEST_METHOD="POST", CONTENT_LENGTH=str(length), CONTENT_TYPE=content_type)
 
 
 def launched(program, env, stdin=subprocess.DEVNULL):
     """Starts one measured run; sample() ends it."""
-    return subprocess.Popen([BIN + "launch", BIN + program], env=env, stdin=stdin,
-                            stdout=subprocess.PIPE)
+    return subprocess.Popen([BIN / "launch", BIN / program], env=env, stdin=stdin, stdout=subprocess.PIPE)
 
 
 def sample(process):
@@ -63,23 +59,25 @@ def medians(cases, repeats):
 
 
 def request_medians(cases, repeats):
-    """medians() of requests without a body: cases of (name, program, environment)."""
-    return medians({name: lambda p=program, e=env: sample(launched(p, e))
-                    for name, program, env in cases}, repeats)
+    """medians() of requests without a body: cases of program and environment."""
+    return medians({name: lambda c=case: sample(launched(*c)) for name, case in cases.items()}, repeats)
 
 
 def use_document(kilobytes):
     """Makes the document of that size the one that every program reads."""
-    Path(CONFIG).write_bytes(documents.document(kilobytes))
+    CONFIG.parent.mkdir(parents=True, exist_ok=True)
+    CONFIG.write_bytes(documents.document(kilobytes))
 
 
-def check_answers(kilobytes, keys, peers):
-    """Ends the run unless the peers answer like the handler, with something for every key."""
+def check_answers(kilobytes, keys, commands):
+    """Goes over to the document of that size and ends the run unless the commands answer like the
+    handler, with something for every key. Returns what each says on standard error."""
+    use_document(kilobytes)
     env = get(kilobytes, keys)
-    answer, *others = (subprocess.run(BIN + peer, env=env, capture_output=True).stdout
-                       for peer in ("query", *peers))
-    for peer, other in zip(peers, others):
-        if other != answer:
-            sys.exit(f"{peer} answers differently, {kilobytes} KB:\n{answer!r}\n{other!r}")
-    if answer.count(b'" : "') != keys or b'" : ""' in answer:
-        sys.exit(f"empty values, {kilobytes} KB, {keys} keys:\n{answer!r}")
+    ours, *others = (subprocess.run(command, env=env, capture_output=True) for command in (BIN / "query", *commands))
+    if ours.stdout.count(b'" : "') != keys or b'" : ""' in ours.stdout:
+        sys.exit(f"empty values, {kilobytes} KB, {keys} keys:\n{ours.stdout!r}")
+    for other in others:
+        if other.stdout != ours.stdout:
+            sys.exit(f"{other.args} answers differently, {kilobytes} KB:\n{ours.stdout!r}\n{other.stdout!r}")
+    return [other.stderr for other in others]

@@ -1,0 +1,82 @@
+/* What the peers share: a request's fields and the handler's answer, in C that C++ takes as well.
+ * Only what the benchmark asks: no pid file, no signals, no bodies, no name twice. */
+#pragma once
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+/* The peers read the very document that the shipped handler reads. */
+#define CONFIG_PATH "/home/httpd/kestoconfig/conf/config.xml"
+
+struct field
+{
+    char* name;
+    char* expression;
+};
+
+static inline int by_name(const void* left, const void* right)
+{
+    return strcmp(((const struct field*)left)->name, ((const struct field*)right)->name);
+}
+
+static inline int digit(char letter)
+{
+    return letter <= '9' ? letter - '0' : (letter | 0x20) - 'a' + 10;
+}
+
+static inline void decode(char* text)
+{
+    char* write = text;
+    for (; *text != '\0'; ++text) {
+        if (*text == '%' && text[1] != '\0' && text[2] != '\0') {
+            *write++ = (char)(digit(text[1]) * 16 + digit(text[2]));
+            text += 2;
+        } else {
+            *write++ = (char)(*text == '+' ? ' ' : *text);
+        }
+    }
+    *write = '\0';
+}
+
+/* Prints a JSON string's content; what stands for a double quote differs by the value's kind. */
+static inline void print_escaped(const char* text, size_t count, const char* quote)
+{
+    static const char from[] = "\b\t\n\f\r/\\", to[] = "btnfr/\\";
+    for (const char* end = text + count; text < end; ++text) {
+        const char* rare = *text <= '/' || *text == '\\' ? strchr(from, *text) : NULL;
+        if (*text == '"') {
+            fputs(quote, stdout);
+        } else if (rare != NULL) {
+            putc_unlocked('\\', stdout);
+            putc_unlocked(to[rare - from], stdout);
+        } else {
+            putc_unlocked(*text, stdout);
+        }
+    }
+}
+
+/* Answers the request; print_value prints an expression's value with print_escaped. */
+static inline int answer(void (*print_value)(const char* expression))
+{
+    char* text = strdup(getenv("QUERY_STRING"));
+    struct field* fields = (struct field*)malloc(strlen(text) * sizeof(struct field));
+    size_t count = 0;
+    for (char* name = strtok(text, "&"); name != NULL; name = strtok(NULL, "&")) {
+        char* equals = strchr(name, '=');
+        *equals = '\0';
+        decode(name);
+        decode(equals + 1);
+        fields[count].name = name;
+        fields[count++].expression = equals + 1;
+    }
+    qsort(fields, count, sizeof *fields, by_name);
+
+    fputs("Content-type: application/json\r\n\r\n{\"error\" : false, \"data\" : {", stdout);
+    for (size_t i = 0; i < count; ++i) {
+        printf("%s\"%s\" : \"", i == 0 ? "" : ",", fields[i].name);
+        print_value(fields[i].expression);
+        putchar('"');
+    }
+    fputs("}}", stdout);
+    return 0;
+}
