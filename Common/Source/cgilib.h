@@ -8,6 +8,8 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 /// One CGI request (RFC 3875), and a toolkit that generates HTML pages.
@@ -359,9 +361,19 @@ public:
         return Frameset(a_m_attributes, tStrings(a_c_frames));
     }
 
-    // Literals only: {"b", {}} is an option without attributes and must not turn into a
-    // std::string.
-    using tBracedValues = std::initializer_list<const char*>;
+    /// A value in braces: what turns into a std::string by itself. An option without attributes,
+    /// {"b", {}}, must not turn into one, and two std::strings must not count as two iterators.
+    struct sBracedValue
+    {
+        template<class tText, class = typename std::enable_if<
+                                  std::is_convertible<tText, std::string>::value>::type>
+        sBracedValue(tText&& a_text) : m_s_text(std::forward<tText>(a_text))
+        {
+        }
+        operator std::string() const { return m_s_text; }
+        std::string m_s_text;
+    };
+    using tBracedValues = std::initializer_list<sBracedValue>;
     std::string PopupMenu(const tAttributes& a_m_attributes, tBracedValues a_c_values) const
     {
         return PopupMenu(a_m_attributes, tStrings(a_c_values.begin(), a_c_values.end()));
@@ -370,6 +382,20 @@ public:
                            tBracedValues a_c_values) const
     {
         return ScrollList(a_u_size, a_m_attributes, tStrings(a_c_values.begin(), a_c_values.end()));
+    }
+
+    // Templates, so that empty braces mean no values.
+    using tBracedOptions = std::initializer_list<tOptions::value_type>;
+    template<int = 0>
+    std::string PopupMenu(const tAttributes& a_m_attributes, tBracedOptions a_c_options) const
+    {
+        return PopupMenu(a_m_attributes, tOptions(a_c_options));
+    }
+    template<int = 0>
+    std::string ScrollList(unsigned int a_u_size, const tAttributes& a_m_attributes,
+                           tBracedOptions a_c_options) const
+    {
+        return ScrollList(a_u_size, a_m_attributes, tOptions(a_c_options));
     }
 
 private:
