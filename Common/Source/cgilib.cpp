@@ -46,11 +46,12 @@ cCGI& cCGI::operator=(const cCGI& a_c_source)
 
 cCGI::~cCGI() = default;
 
+// The indent goes out as a text: the stream may be set to another base.
 std::ostream& operator<<(std::ostream& a_c_stream, const cCGI& a_c_request)
 {
     return a_c_stream << "cCGI:" << std::endl
                       << std::endl
-                      << "      indent = " << a_c_request.m_u_indent << std::endl
+                      << "      indent = " << std::to_string(a_c_request.m_u_indent) << std::endl
                       << " environment:  " << std::endl;
 }
 

@@ -451,6 +451,8 @@ private:
     std::unique_ptr<char[]> m_p_readBuffer; // multipart bodies pass through it
 };
 
+std::ostream& operator<<(std::ostream& a_c_stream, const cCGI& a_c_request);
+
 /// The number that a zero-terminated text of hexadecimal digits gives. Any other character counts
 /// as its low four bits, plus 9 if bit 0x40 is set, and a digit above 15 carries: "zz" gives 323.
 /// Past 32 bits the high bits are lost.

@@ -173,4 +173,8 @@ TEST(Html, DecoratesAndDisplays)
     EXPECT_EQ(Written([&] { l_c_page.DispEnvironment(); }), "  E = '<'<BR>\n");
     EXPECT_EQ(Written([&] { l_c_page.DispGetData(); }), "  a = ''<BR>\n  b = '2'<BR>\n");
     EXPECT_EQ(Written([&] { l_c_page.DispPostData(); }), "  p = '''<br>\n");
+
+    std::ostringstream l_c_stream;
+    ::operator<<(l_c_stream << std::hex << std::showbase, l_c_page) << 16;
+    EXPECT_EQ(l_c_stream.str(), "cCGI:\n\n      indent = 2\n environment:  \n0x10");
 }
