@@ -158,6 +158,13 @@ bool cCGI::GetFormElementVal(std::string& a_s_name) const
     return true;
 }
 
+std::string cCGI::GetField(const std::string& a_s_name, const std::string& a_s_default) const
+{
+    const tFormData& l_m_data = IsPostRsp() ? m_m_postData : m_m_getData;
+    const auto l_c_field = l_m_data.find(a_s_name);
+    return l_c_field == l_m_data.end() ? a_s_default : l_c_field->second;
+}
+
 std::string cCGI::Url()
 {
     return m_m_environment["SERVER_NAME"] + m_m_environment["SCRIPT_NAME"];

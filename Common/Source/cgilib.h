@@ -113,6 +113,10 @@ public:
     /// unchanged and returns false if there is no such field. Never looks at the GET data.
     bool GetFormElementVal(std::string& a_s_name) const;
 
+    /// The value of a field in what GetData() gives, or the default if there is no such field. An
+    /// empty value is a value. Adds nothing to the data, unlike GetData()["name"].
+    std::string GetField(const std::string& a_s_name, const std::string& a_s_default = "") const;
+
     /// SERVER_NAME followed directly by SCRIPT_NAME: "box/cgi-bin/query". No scheme, no port.
     std::string Url();
 

@@ -177,4 +177,9 @@ TEST(Html, DecoratesAndDisplays)
     std::ostringstream l_c_stream;
     ::operator<<(l_c_stream << std::hex << std::showbase, l_c_page) << 16;
     EXPECT_EQ(l_c_stream.str(), "cCGI:\n\n      indent = 2\n environment:  \n0x10");
+
+    const cCGI& l_c_const = l_c_page;
+    EXPECT_EQ(l_c_const.GetField("b") + l_c_const.GetField("a", "?") + l_c_const.GetField("p", "!"), "2!");
+    l_c_page.GetEnvironment() = {{"REQUEST_METHOD", "POST"}};
+    EXPECT_EQ(l_c_const.GetField("p") + l_c_const.GetField("b", "!"), "'!");
 }
