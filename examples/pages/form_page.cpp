@@ -1,11 +1,9 @@
 // Shows every control of the toolkit in a form that posts to this page, and lists what arrived.
 #include <cgilib.h>
+#include <cgilib_escape.h>
 
-#include <filesystem>
 #include <string>
-#include <system_error>
 
-#include "escape.h"
 #include "form_controls.h"
 #include "head.h"
 
@@ -35,34 +33,14 @@ void EscapeAll(cCGI::tFormData& a_m_data)
 {
     cCGI::tFormData l_m_escaped;
     for (const auto& l_c_field : a_m_data) {
-        l_m_escaped.emplace(Escaped(l_c_field.first), Escaped(l_c_field.second));
+        l_m_escaped.emplace(EscapeHtml(l_c_field.first), EscapeHtml(l_c_field.second));
     }
     a_m_data.swap(l_m_escaped);
-}
-
-// Path and size of the stored upload, or an empty text. A text field of the same name can hold any
-// path: only of plain files directly in /tmp is anything told.
-std::string StoredUpload(const cCGI& a_c_page)
-{
-    std::string l_s_path = "upload";
-    if (!a_c_page.GetFormElementVal(l_s_path)) {
-        return "";
-    }
-    std::error_code l_c_error;
-    const std::filesystem::path l_c_path = l_s_path;
-    const auto l_c_status = std::filesystem::symlink_status(l_c_path, l_c_error);
-    if (l_c_path.parent_path() != "/tmp" || !std::filesystem::is_regular_file(l_c_status)) {
-        return "";
-    }
-    const auto l_u_size = std::filesystem::file_size(l_c_path, l_c_error);
-    return a_c_page.DecorateText(cCGI::eDISPLAY_TT, Escaped(l_s_path)) + ", " +
-           (l_c_error ? "of unknown size" : std::to_string(l_u_size) + " bytes");
 }
 
 // The listings copy what they list, so it is escaped in place first.
 void ShowReceived(cCGI& a_c_page, bool a_b_parsed)
 {
-    const std::string l_s_upload = StoredUpload(a_c_page);
     EscapeAll(a_c_page.GetGetData());
     EscapeAll(a_c_page.GetPostData());
 
@@ -75,9 +53,6 @@ void ShowReceived(cCGI& a_c_page, bool a_b_parsed)
     a_c_page.DispGetData();
     a_c_page.DispPostData();
     a_c_page.DispLine("</div>");
-    if (!l_s_upload.empty()) {
-        a_c_page.DispLine("<p id=\"stored\">Stored upload: " + l_s_upload + "</p>");
-    }
     a_c_page.DispLine("</div>");
 }
 
@@ -122,7 +97,8 @@ int main()
         ShowReceived(l_c_page, l_b_parsed);
     }
     l_c_page.DispLine("<p>Of several fields with one name, such as a group of check boxes, the " +
-                      l_c_page.DecorateText(cCGI::eDISPLAY_EM, "first") + " counts.</p>");
+                      l_c_page.DecorateText(cCGI::eDISPLAY_EM, "first") +
+                      " counts. A file arrives as the path where it was stored.</p>");
     ShowControls(l_c_page);
     ShowSmallForms(l_c_page);
     l_c_page.DispText(l_c_page.Script({}, CODE));

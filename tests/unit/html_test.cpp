@@ -1,4 +1,5 @@
 #include <cgilib.h>
+#include <cgilib_escape.h>
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -182,4 +183,5 @@ TEST(Html, DecoratesAndDisplays)
     EXPECT_EQ(l_c_const.GetField("b") + l_c_const.GetField("a", "?") + l_c_const.GetField("p", "!"), "2!");
     l_c_page.GetEnvironment() = {{"REQUEST_METHOD", "POST"}};
     EXPECT_EQ(l_c_const.GetField("p") + l_c_const.GetField("b", "!"), "'!");
+    ExpectEach({{EscapeHtml("<a b=\"'&lt;ä'\">"), "&lt;a b=&quot;&#39;&amp;lt;ä&#39;&quot;&gt;"}});
 }

@@ -1,12 +1,6 @@
-#ifndef ESCAPE_H
-#define ESCAPE_H
+#include "cgilib_escape.h"
 
-#include <string>
-
-/// The text with the five characters that mean something to HTML written as references, so that it
-/// shows as it is, between tags and within a quoted attribute value alike. The toolkit copies every
-/// text unchanged: whatever a client sent passes through here before it reaches a page.
-inline std::string Escaped(const std::string& a_s_text)
+std::string EscapeHtml(const std::string& a_s_text)
 {
     std::string l_s_escaped;
     for (const char l_i_byte : a_s_text) {
@@ -32,5 +26,3 @@ inline std::string Escaped(const std::string& a_s_text)
     }
     return l_s_escaped;
 }
-
-#endif
