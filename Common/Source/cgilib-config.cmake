@@ -1,0 +1,7 @@
+include(${CMAKE_CURRENT_LIST_DIR}/cgilib-targets.cmake)
+
+# The plain name is for projects that use it already.
+if(NOT TARGET cgilib)
+  add_library(cgilib INTERFACE IMPORTED)
+  set_target_properties(cgilib PROPERTIES INTERFACE_LINK_LIBRARIES cgilib::cgilib)
+endif()
