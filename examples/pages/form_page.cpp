@@ -65,7 +65,7 @@ void ShowControls(cCGI& a_c_page)
                         {"method", "post"}});
     a_c_page.DispText(a_c_page.Hidden({{"name", "hidden"}}, "unseen"));
     a_c_page.DispText(a_c_page.Table(
-        {{"role", "presentation"}},
+        {{"class", "stacked"}, {"role", "presentation"}},
         {InputRows(a_c_page), ListRows(a_c_page),
          ControlRow(a_c_page, Label("upload", "File"), a_c_page.FileUpload(Named("upload")))}));
     a_c_page.DispText(Buttons(a_c_page));

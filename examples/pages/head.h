@@ -29,7 +29,7 @@ input[type=submit], input[type=button], input[type=reset] { padding: .45rem 1rem
   cursor: pointer; }
 input[type=submit].main { background: #0b5394; color: #fff; }
 input[type=image] { vertical-align: middle; }
-:focus-visible { outline: 3px solid #e69a17; outline-offset: 2px; }
+:focus-visible { outline: 3px solid #b35c00; outline-offset: 2px; }
 .hint { color: #52606f; font-size: .9rem; font-weight: 400; }
 .failed { padding: .6rem .8rem; background: #fdecea; color: #86170e; border-left: 4px solid #b3261e; }
 .actions { display: flex; flex-wrap: wrap; gap: .6rem; align-items: center; margin-bottom: .75rem; }
@@ -39,10 +39,10 @@ th, td { padding: .5rem .6rem .5rem 0; text-align: left; vertical-align: top;
 td:last-child { padding-right: 0; }
 pre { margin: .5rem 0 0; white-space: pre-wrap; overflow-wrap: anywhere; }
 @media (max-width: 39.9rem) {
-  table, tbody, tr, td { display: block; }
-  thead { position: absolute; left: -999rem; }
-  td { padding: .15rem 0; border: 0; }
-  tr { padding: .5rem 0; border-bottom: 1px solid #e4e9ee; }
+  .stacked, .stacked tbody, .stacked tr, .stacked td { display: block; }
+  .stacked thead { position: absolute; left: -999rem; }
+  .stacked td { padding: .15rem 0; border: 0; }
+  .stacked tr { padding: .5rem 0; border-bottom: 1px solid #e4e9ee; }
 }
 </style>)css";
 

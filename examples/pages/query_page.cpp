@@ -65,7 +65,7 @@ void ShowAnswers(const cCGI& a_c_page)
                                                  "<th scope=\"col\">Expression</th>\n"
                                                  "<th scope=\"col\">Answer</th>\n");
     const std::string l_s_table =
-        a_c_page.Table({{"class", "answers"}, {"hidden", "hidden"}, {"id", "answers"}},
+        a_c_page.Table({{"class", "answers stacked"}, {"hidden", "hidden"}, {"id", "answers"}},
                        "<thead>\n" + l_s_head + "</thead>\n<tbody></tbody>\n");
     a_c_page.DispText(a_c_page.Div(
         {{"class", "panel"}},
