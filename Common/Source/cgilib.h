@@ -19,15 +19,17 @@
 ///
 ///     cCGI l_c_request(cCGI::eXHTML_1_0_STRICT);
 ///     if (l_c_request.ParseData()) {
-///         std::string l_s_name = l_c_request.GetData()["name"];
+///         std::string l_s_name = l_c_request.GetField("name");
 ///     }
 ///
+/// Pass it by reference: a copied object, a moved one too, has lost the request.
 /// For one thread. No operation throws an exception of its own; std::bad_alloc passes through.
 class cCGI
 {
 public:
     /// Form data: field name to field value, in ascending byte order of the names. Of several
-    /// fields with one name the first counts.
+    /// fields with one name the first counts, so a group of check boxes or a list with several
+    /// selections cannot be read back: give every box a name of its own.
     using tFormData = std::map<std::string, std::string>;
 
     /// Markup that the HTML side generates. The request side does not read it.
@@ -52,7 +54,7 @@ public:
 
     /// The copy takes the source's compliance level, indent, upload flag, upload file name and the
     /// bytes of its read buffer; its environment, GET data and POST data are empty, so it satisfies
-    /// neither IsGetRsp() nor IsPostRsp().
+    /// neither IsGetRsp() nor IsPostRsp(). Moving copies.
     cCGI(const cCGI& a_c_source);
 
     /// Copies the indent only.
@@ -66,6 +68,8 @@ public:
     /// Parses the query string of a GET request or the body of a POST request, never both. Returns
     /// false for any other method and for a body that could not be read; fields stored before a
     /// fault remain. Call it once: a body can be read only once.
+    /// HEAD is answered like GET: call ParseGetData(), the server drops the body. To any other
+    /// method answer with the status 405, as BeginHtml() tells.
     bool ParseData();
 
     /// Whether REQUEST_METHOD is "GET" or "get"; no other spelling counts.
@@ -97,8 +101,9 @@ public:
     /// boundary, without preamble or epilogue.
     /// Returns false at the first fault, which is told to syslog at LOG_ERR (the end of input
     /// before CONTENT_LENGTH bytes, or inside a part after a CR, goes without a message); fields
-    /// and file bytes stored before it stay. Progress is told at LOG_DEBUG. Memory is that of the
-    /// text fields; a file passes through.
+    /// and file bytes stored before it stay. A file field left empty is such a fault, and a second
+    /// file: put a file that need not be sent into a form of its own, or last. Progress is told at
+    /// LOG_DEBUG. Memory is that of the text fields; a file passes through.
     bool ParseMultipartData();
 
     /// Decodes application/x-www-form-urlencoded text in place, in linear time: first every "+"
@@ -122,7 +127,8 @@ public:
 
     // References into the object, valid as long as it lives.
 
-    /// The captured variables; one that was not set has an empty value.
+    /// The captured variables; one that was not set has an empty value. Others, such as
+    /// HTTP_COOKIE, HTTP_HOST and HTTPS, are not captured: std::getenv() tells them.
     tFormData& GetEnvironment() { return m_m_environment; }
     tFormData& GetGetData() { return m_m_getData; }
     tFormData& GetPostData() { return m_m_postData; }
@@ -143,7 +149,12 @@ public:
     //
     // BeginHtml() to EndForm() and the Disp operations write to standard output; every other
     // operation returns its text and writes nothing. Nothing is escaped: names, values and contents
-    // are copied byte for byte, so a page must escape what comes from a client.
+    // are copied byte for byte. What comes from a client goes through EscapeHtml() first
+    // (cgilib_escape.h).
+    //
+    // Not well-formed XML, at the XHTML levels too: CheckBoxGroup(), RadioGroup(), ResetButton(),
+    // the listings of Disp operations, and an attribute without value where it is minimized. Write
+    // {"checked", "checked"} instead of {"checked", ""}.
     //
     // The examples show XHTML at indent 0; HTML 4.01 closes an element without end tag by ">"
     // instead of " />" (XHTML 1.0, C.2). The indent counts blanks. \n stands for a line end, and
@@ -185,6 +196,11 @@ public:
     /// document type, the head with the title (no title element if it is empty) and the head lines,
     /// and <body> with the body attributes as they are given: complete ones, such as class="main".
     /// Each head line gets a line end. Flushes after every line and sets the indent to 2.
+    /// Status, Set-Cookie and other header fields go out before it, a line each:
+    /// std::cout << "Status: 405 Method Not Allowed\nAllow: GET, POST\n";
+    /// The XML declaration always says iso-8859-1. Browsers do not go by it; a page in UTF-8 has as
+    /// its first head line
+    /// Meta({{"http-equiv", "Content-Type"}, {"content", "text/html; charset=utf-8"}}).
     void BeginHtml(const std::string& a_s_title, const tStrings& a_c_bodyAttributes,
                    const tStrings& a_c_headLines);
 
@@ -196,6 +212,13 @@ public:
 
     /// Lowers the indent by 1 and writes </form> at it. At 0 the indent stays.
     void EndForm();
+
+    // Texts of the page between these, most of them made by what follows.
+
+    /// Writes the text at the indent, a line end, and flushes.
+    void DispLine(std::string a_s_text) const;
+    /// Writes the text at the indent and nothing after it.
+    void DispText(std::string a_s_text) const;
 
     // ---- Attributes ----
 
@@ -269,6 +292,8 @@ public:
 
     /// <textarea cols="40" rows="4" name="n">\ncontent\n</textarea>, sized in lines and characters;
     /// from 2^31 up a size appears negative. Empty values are minimized; nothing is indented.
+    /// The line end after the content comes back as a part of the field: cut "\r\n" off its end, or
+    /// the text grows each time.
     std::string TextArea(const tAttributes& a_m_attributes, const std::string& a_s_content,
                          unsigned int a_u_rows, unsigned int a_u_cols) const;
 
@@ -279,6 +304,7 @@ public:
     //   of options   " <option value="1">text</option>", with the attributes of the option, an
     //                empty value minimized. "DEFAULT" is an attribute like any other.
     //   of items     the items as they are, for example Option() texts. "DEFAULT" likewise.
+    // DEFAULT is compared as it is given: escape both it and the values, or neither.
     // A size counts visible lines; from 2^31 up it appears negative.
 
     /// <select name="n">...
@@ -298,6 +324,8 @@ public:
 
     // For each value, at the indent and without line end after the label. "DEFAULT" names the value
     // that is marked; checked="checked" takes its place among the attributes.
+    // A value stands beside its box, but is no label that a screen reader tells or a click reaches:
+    // accessible pages use CheckBox() and RadioButton() with a <label for="id">.
 
     /// <input type=checkbox  name="n" value="v" />\nv
     std::string CheckBoxGroup(const tAttributes& a_m_attributes, const tStrings& a_c_values) const;
@@ -321,7 +349,7 @@ public:
     std::string Frameset(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
     std::string Frameset(const tAttributes& a_m_attributes, const tStrings& a_c_frames) const;
 
-    // ---- Text and diagnostics ----
+    // ---- Text ----
 
     /// <h3>text</h3>, without line end. An identifier outside the enumeration ends the process with
     /// a failed assertion, in a Release build too.
@@ -330,7 +358,8 @@ public:
     /// a_u_count times <br />\n, in HTML 4.01 <br>\n; nothing at a level outside eCompliance.
     std::string Br(unsigned int a_u_count) const;
 
-    // The listings show the client's texts unescaped: for diagnosis only, never on a public page.
+    // ---- Listings for diagnosis ----
+    // They show the client's texts unescaped: never on a public page.
 
     /// Writes "key = 'value'<BR>" at the indent, a flushed line for each variable.
     void DispEnvironment() const;
@@ -338,14 +367,13 @@ public:
     void DispGetData() const;
     /// Writes "key = 'value'<br>" at the indent, a flushed line for each field.
     void DispPostData() const;
-    /// Writes the text at the indent, a line end, and flushes.
-    void DispLine(std::string a_s_text) const;
-    /// Writes the text at the indent and nothing after it.
-    void DispText(std::string a_s_text) const;
 
     // ---- Braced lists ----
-    // Tr(attributes, {"a", "b"}) takes a list. Without these overloads the braces could also mean
-    // one std::string, or one map, made of two iterators.
+    // Lists stand in one pair of braces, Tr(attributes, {"a", l_s_b}), and options are pairs,
+    // PopupMenu(attributes, {{"a", {}}, {"b", {{"value", "2"}}}}). For two iterators write
+    // tStrings(l_c_begin, l_c_end).
+    // Without these overloads the braces could also mean one std::string, or one map, made of two
+    // iterators.
 
     using tBracedList = std::initializer_list<std::string>;
     std::string Table(const tAttributes& a_m_attributes, tBracedList a_c_rows) const
