@@ -15,16 +15,16 @@ static void* Allocate(std::size_t a_u_size)
 {
     return g_i_left >= 0 && g_i_left-- == 0 ? nullptr : std::malloc(a_u_size);
 }
-void* operator new(std::size_t a_u_size)
+// None is inlined, or GCC would take what they do for a mismatch.
+[[gnu::noinline]] void* operator new(std::size_t a_u_size)
 {
     void* l_p_block = Allocate(a_u_size);
     return l_p_block != nullptr ? l_p_block : throw std::bad_alloc();
 }
-void* operator new(std::size_t a_u_size, const std::nothrow_t&) noexcept
+[[gnu::noinline]] void* operator new(std::size_t a_u_size, const std::nothrow_t&) noexcept
 {
     return Allocate(a_u_size);
 }
-// Not inlined: GCC would see memory of new given to free.
 [[gnu::noinline]] void operator delete(void* a_p_block) noexcept
 {
     std::free(a_p_block);
