@@ -1,20 +1,17 @@
-"""The handler as it ships: its request flow, and its answers through a real web server."""
-import os
+"""The handler as it ships: its request flow, step by step."""
 import pathlib
+import re
+import shutil
 import subprocess
 import unittest
 
 import harness
-from harness import LOG, answer, encoded, install_config, request
+from harness import LOG, answer, install_config, request
 
 PID_FILE = pathlib.Path("/run/query.pid")
 ERROR_ANSWER = harness.JSON_HEADER + b'{"error" : true, "data" : {}}'
 RETRYING = f"  main(): Failed to parse config ({harness.CONFIG}): Error reading end tag.. Retrying..."
 GIVING_UP = f"  main(): Unable to parse config file ({harness.CONFIG}): Error reading end tag.."
-
-
-def wait_for_all(paths):
-    harness.wait_for(lambda: all(path.exists() for path in paths))
 
 
 def errors(log):
@@ -25,12 +22,19 @@ class Flow(unittest.TestCase):
     def setUp(self):
         install_config()
 
-    def test_answers_and_cleans_up(self):
-        status, output, log = request("GET", encoded(b="dns/server[2]/@priority", a="//hostname/text()"))
-        self.assertEqual((status, output), (0, answer(a="gateway-7", b="2")))
-        self.assertEqual([priority for priority, _ in log], [5])
-        self.assertRegex(log[0][1], r"^  cPidFile::WriteFile\(\): Writing pid \d+ to pidfile '/var/run/query.pid'$")
-        self.assertFalse(PID_FILE.exists())
+    def test_answers_and_only_logs_a_live_duplicate(self):
+        live, other = (self.enterContext(harness.running([shutil.copy("/bin/sleep", "/home/" + name), "1000"])).pid
+                       for name in ("query", "other"))
+        met = [(3, f"  cPidFile::cPidFile(): Found another instance of process running (PROCESS: query, PID: {live})")]
+        written = [(5, "  cPidFile::WriteFile(): Writing pid PID to pidfile '/var/run/query.pid'")]
+        for stored, logged in (("", written), ("word", written), ("9" * 20, written), ("4194305", written),
+                               (str(other), written), (f"  {live}abc rest", met)):
+            PID_FILE.write_text(stored)
+            status, output, log = request("GET", "b=dns/server[2]/@priority&a=//hostname/text()")
+            self.assertEqual((status, output), (0, answer(a="gateway-7", b="2")))
+            self.assertEqual([(level, re.sub(r"pid \d+", "pid PID", text)) for level, text in log], logged, stored)
+            self.assertEqual(PID_FILE.exists() and PID_FILE.read_text(), logged is not written and stored)
+        PID_FILE.unlink()
         self.assertEqual(request()[:2], (0, answer()))
 
     def test_failed_requests_write_nothing(self):
@@ -49,67 +53,26 @@ class Flow(unittest.TestCase):
 
         process = harness.start("GET", "a=v/text()")
         harness.wait_for(lambda: RETRYING in errors(LOG.take()))
+        self.assertEqual(PID_FILE.read_text(), str(process.pid))
         install_config(b"<c><v>1</v></c>")
         self.assertEqual((process.communicate()[0], process.returncode), (answer(a="1"), 0))
         self.assertEqual(errors(LOG.take()), [])
-
-    def test_live_duplicate_is_only_logged(self):
-        with harness.named_process("query", "sleep", "1000") as other:
-            PID_FILE.write_text(str(other.pid))
-            status, output, log = request("GET", "a=//hostname/text()")
-            self.assertEqual((status, output), (0, answer(a="gateway-7")))
-            self.assertEqual(log, [(3, "  cPidFile::cPidFile(): Found another instance of process running "
-                                       f"(PROCESS: query, PID: {other.pid})")])
-            self.assertEqual(PID_FILE.read_text(), str(other.pid))
-        PID_FILE.unlink()
 
     def test_full_standard_output_is_reported(self):
         with open("/dev/full", "wb") as full:
             status = subprocess.run([harness.QUERY], stdout=full, env={"REQUEST_METHOD": "GET"}).returncode
         self.assertEqual((status, errors(LOG.take())), (255, ["  main(): Unable to write response."]))
 
-
-class Peers(unittest.TestCase):
-    def setUp(self):
-        install_config()
-        harness.wait_for(harness.helpers_gone)
-
-    def test_both_get_the_signal_for_failed_requests_too(self):
-        names = ("brolvex", "tamsorin")
-        ready, marks = ([pathlib.Path(f"/tmp/{what}.{name}") for name in names] for what in ("ready", "got"))
-        loop = 'trap "> /tmp/got.$0" USR2; > /tmp/ready.$0; while :; do sleep 0.01; done'
-        with harness.named_process("brolvex", "bash", "-c", loop, "brolvex"), \
-                harness.named_process("tamsorin", "bash", "-c", loop, "tamsorin"):
-            wait_for_all(ready)
-            for method, status in (("GET", 0), ("HEAD", 255)):
-                self.assertEqual(request(method)[0], status)
-                wait_for_all(marks)
-                for mark in marks:
-                    mark.unlink()
-
-    def test_response_ends_while_killall_still_runs(self):
-        folder = pathlib.Path("/tmp/slow")
-        folder.mkdir()
-        killall = folder / "killall"
-        killall.write_text('#!/bin/sh\nfds=$(readlink /proc/$$/fd/0 /proc/$$/fd/1 /proc/$$/fd/2)\n'
-                           'echo "$fds" > /tmp/slow/fds.$3; env > /tmp/slow/env.$3; mv /tmp/slow/fds.$3 /tmp/slow/at.$3\n'
-                           'read line < /tmp/slow/gate; > /tmp/slow/end.$3\n')
+    def test_both_peers_get_a_signal_that_no_response_waits_for(self):
+        killall = pathlib.Path("/tmp/killall")
+        killall.write_text('#!/bin/sh\nstreams=$(readlink /proc/$$/fd/[012])\necho $* $streams > /tmp/part.$3\n'
+                           'echo $HTTP_X $REQUEST_METHOD $SERVER_PORT >> /tmp/part.$3\n'
+                           "mv /tmp/part.$3 /tmp/told.$3\nexec sleep 1000\n")
         killall.chmod(0o755)
-        os.mkfifo(folder / "gate")
-        process = harness.start("GET", "", PATH=f"{folder}:{os.environ['PATH']}", HTTP_X="() { :;}", SERVER_PORT="1")
-        self.assertEqual(process.communicate()[0], answer())
-        started = [folder / "at.brolvex", folder / "at.tamsorin"]
-        wait_for_all(started)
-        for path in started:
-            self.assertEqual(path.read_text(), "/dev/null\n" * 3)
-            names = {line.partition("=")[0] for line in (folder / f"env{path.suffix}").read_text().splitlines()}
-            self.assertLessEqual(names - {"OLDPWD", "PWD", "SHLVL", "_"}, {"PATH", "SERVER_PORT"})
-        ended = [folder / "end.brolvex", folder / "end.tamsorin"]
-        self.assertFalse(any(path.exists() for path in ended))
-        with open(folder / "gate", "w", buffering=1) as gate:
-            gate.write("go\ngo\n")
-            wait_for_all(ended)
-
-
-if __name__ == "__main__":
-    unittest.main()
+        for method, status in (("GET", 0), ("HEAD", 255)):
+            self.assertEqual(request(method, PATH=f"/tmp:{harness.PATH}", HTTP_X="y", SERVER_PORT="80")[0], status)
+            for name in ("brolvex", "tamsorin"):
+                told = pathlib.Path(f"/tmp/told.{name}")
+                harness.wait_for(told.exists)
+                self.assertEqual(told.read_text(), f"-q -USR2 {name} /dev/null /dev/null /dev/null\n80\n")
+                told.unlink()
