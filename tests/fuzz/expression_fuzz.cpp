@@ -7,16 +7,11 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* a_p_data, std::size_t a_u_size)
 {
-    static const TiXmlDocument* const s_p_document = [] {
-        auto* l_p_document = new TiXmlDocument;
-        if (!l_p_document->LoadFile(EXAMPLE_CONFIG)) {
-            std::abort();
-        }
-        return l_p_document;
-    }();
+    static TiXmlDocument s_c_document;
+    static const bool s_b_loaded = s_c_document.LoadFile(EXAMPLE_CONFIG);
     const std::string l_s_expression(reinterpret_cast<const char*>(a_p_data), a_u_size);
-    const auto l_m_values = ExtractValues(*s_p_document, {{"a", l_s_expression}, {"b", l_s_expression}});
-    if (l_m_values.at("a") != l_m_values.at("b")) {
+    const auto l_m_values = ExtractValues(s_c_document, {{"a", l_s_expression}, {"b", l_s_expression}});
+    if (!s_b_loaded || l_m_values.at("a") != l_m_values.at("b")) {
         std::abort();
     }
     ComposeResponse(l_m_values);

@@ -1,96 +1,86 @@
 #include "interposed.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
+#include <fstream>
 #include <poll.h>
 #include <stdexcept>
 #include <stdio_ext.h>
-#include <syslog.h>
+#include <string_view>
 #include <unistd.h>
+#include <utility>
 
-static cDelivery* g_p_delivery = nullptr;
+static std::string g_s_log;
 
-std::vector<std::string>& Logged()
-{
-    static std::vector<std::string> l_v_logged;
-    return l_v_logged;
-}
+// The body on its way.
+static std::string_view g_s_coming;
+static std::size_t g_u_piece;
+static bool g_b_ends;
+static int g_i_sender = -1;
 
-static void Log(int a_i_priority, const char* a_p_format, va_list a_arguments)
-{
-    char* l_p_text = nullptr;
-    if (vasprintf(&l_p_text, a_p_format, a_arguments) >= 0) {
-        Logged().push_back(std::to_string(a_i_priority) + " " + l_p_text);
-        free(l_p_text);
-    }
-}
-
-extern "C" void syslog(int a_i_priority, const char* a_p_format, ...)
-{
-    va_list l_arguments;
-    va_start(l_arguments, a_p_format);
-    Log(a_i_priority, a_p_format, l_arguments);
-    va_end(l_arguments);
-}
-
-// What syslog turns into in a fortified build.
+#ifdef _FORTIFY_SOURCE
 extern "C" void __syslog_chk(int a_i_priority, int /*flag*/, const char* a_p_format, ...)
+#else
+extern "C" void syslog(int a_i_priority, const char* a_p_format, ...)
+#endif
 {
+    static char s_text[1 << 18];
     va_list l_arguments;
     va_start(l_arguments, a_p_format);
-    Log(a_i_priority, a_p_format, l_arguments);
+    vsnprintf(s_text, sizeof(s_text), a_p_format, l_arguments);
     va_end(l_arguments);
+    g_s_log += std::to_string(a_i_priority) + " " + s_text + "\n";
 }
 
 extern "C" int poll(pollfd* /*fds*/, nfds_t /*count*/, int /*timeout*/)
 {
-    g_p_delivery->DeliverNext();
+    if (!g_s_coming.empty()) {
+        const ssize_t l_i_sent = write(g_i_sender, g_s_coming.data(), std::min(g_u_piece, g_s_coming.size()));
+        g_s_coming.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(l_i_sent, 0)));
+    } else if (std::exchange(g_b_ends, false)) {
+        close(std::exchange(g_i_sender, -1));
+    } else {
+        throw std::logic_error("waited for a byte that never comes");
+    }
     return 1;
 }
 
-cDelivery::cDelivery(std::vector<std::string> a_v_pieces, bool a_b_keepOpen)
-    : m_v_pieces(std::move(a_v_pieces)), m_b_keepOpen(a_b_keepOpen), m_i_savedInput(dup(STDIN_FILENO))
+static std::string TakeUpload()
 {
-    int l_ends[2];
-    if (pipe2(l_ends, O_NONBLOCK) != 0) {
-        throw std::runtime_error("no pipe");
+    std::string l_s_content;
+    for (const auto& l_c_entry : std::filesystem::directory_iterator("/tmp")) {
+        if (l_c_entry.is_regular_file()) {
+            std::ifstream l_c_file(l_c_entry.path());
+            l_s_content.assign(std::istreambuf_iterator<char>(l_c_file), {});
+            std::filesystem::remove(l_c_entry);
+        }
     }
+    return l_s_content;
+}
+
+tOutcome Parse(const std::string& a_s_type, const std::string& a_s_body, std::size_t a_u_piece, const char* a_p_length)
+{
+    close(g_i_sender);
+    int l_ends[2] = {-1, -1};
+    [[maybe_unused]] const int l_i_made = pipe2(l_ends, O_NONBLOCK);
     dup2(l_ends[0], STDIN_FILENO);
     close(l_ends[0]);
-    m_i_sender = l_ends[1];
     __fpurge(stdin);
-    clearerr(stdin);
-    g_p_delivery = this;
-}
+    std::clearerr(stdin);
+    g_i_sender = l_ends[1];
+    g_s_coming = a_s_body;
+    g_u_piece = a_u_piece;
+    g_b_ends = a_p_length != nullptr;
+    g_s_log.clear();
 
-cDelivery::~cDelivery()
-{
-    g_p_delivery = nullptr;
-    if (m_i_sender >= 0) {
-        close(m_i_sender);
-    }
-    dup2(m_i_savedInput, STDIN_FILENO);
-    close(m_i_savedInput);
-}
-
-void cDelivery::DeliverNext()
-{
-    if (m_u_next < m_v_pieces.size()) {
-        const std::string& l_s_piece = m_v_pieces[m_u_next++];
-        const auto l_i_size = static_cast<int>(l_s_piece.size());
-        if (l_i_size > fcntl(m_i_sender, F_GETPIPE_SZ)) {
-            fcntl(m_i_sender, F_SETPIPE_SZ, l_i_size);
-        }
-        if (write(m_i_sender, l_s_piece.data(), l_s_piece.size()) != l_i_size) {
-            throw std::runtime_error("pipe full");
-        }
-        return;
-    }
-    if (m_b_keepOpen || m_i_sender < 0) {
-        throw std::logic_error("waited for a byte that never comes");
-    }
-    close(m_i_sender);
-    m_i_sender = -1;
+    static cCGI s_c_request(cCGI::eXHTML_1_0_TRANSITIONAL);
+    s_c_request.GetEnvironment() = {{"REQUEST_METHOD", a_u_piece == 1 ? "post" : "POST"},
+                                    {"CONTENT_TYPE", a_s_type},
+                                    {"CONTENT_LENGTH", g_b_ends ? a_p_length : std::to_string(a_s_body.size())}};
+    s_c_request.GetPostData().clear();
+    const bool l_b_result = s_c_request.ParseData();
+    return {l_b_result, s_c_request.GetData(), g_s_log, TakeUpload()};
 }
