@@ -27,8 +27,8 @@ class Flow(unittest.TestCase):
                        for name in ("query", "other"))
         met = [(3, f"  cPidFile::cPidFile(): Found another instance of process running (PROCESS: query, PID: {live})")]
         written = [(5, "  cPidFile::WriteFile(): Writing pid PID to pidfile '/var/run/query.pid'")]
-        for stored, logged in (("", written), ("word", written), ("9" * 20, written), ("4194305", written),
-                               (str(other), written), (f"  {live}abc rest", met)):
+        for stored, logged in (("", written), ("9" * 20, written), ("4194305", written), (str(other), written),
+                               (f"  {live}abc rest", met), ("word", []), ("0", []), ("\n", [])):
             PID_FILE.write_text(stored)
             status, output, log = request("GET", "b=dns/server[2]/@priority&a=//hostname/text()")
             self.assertEqual((status, output), (0, answer(a="gateway-7", b="2")))
@@ -54,9 +54,11 @@ class Flow(unittest.TestCase):
         process = harness.start("GET", "a=v/text()")
         harness.wait_for(lambda: RETRYING in errors(LOG.take()))
         self.assertEqual(PID_FILE.read_text(), str(process.pid))
+        PID_FILE.write_text("1")  # another instance's by now
         install_config(b"<c><v>1</v></c>")
         self.assertEqual((process.communicate()[0], process.returncode), (answer(a="1"), 0))
-        self.assertEqual(errors(LOG.take()), [])
+        self.assertEqual((errors(LOG.take()), PID_FILE.read_text()), ([], "1"))
+        PID_FILE.unlink()
 
     def test_full_standard_output_is_reported(self):
         with open("/dev/full", "wb") as full:

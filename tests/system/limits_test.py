@@ -4,7 +4,7 @@ import pathlib
 import unittest
 
 import harness
-from harness import QUERY, answer, encoded, install_config, request
+from harness import QUERY, answer, install_config, request
 
 PID_FILE = pathlib.Path("/run/query.pid")
 ERROR_ANSWER = harness.JSON_HEADER + b'{"error" : true, "data" : {}}'
@@ -12,7 +12,7 @@ MULTIPART = "multipart/form-data; boundary=X"
 
 
 def document(copies):
-    text = harness.EXAMPLE.read_bytes().partition(b"?>")[2]
+    text = (harness.EXAMPLES / "config.xml").read_bytes().partition(b"?>")[2]
     return b"<c>" + text * copies + b"</c>"
 
 
@@ -48,7 +48,7 @@ class Memory(unittest.TestCase):
 
     def test_little_memory_gives_no_wrong_answer(self):
         install_config(document(16))
-        query = encoded(a="(//dns)[1]", b="//rule[1]/@id|//hostname/@*|//mtu/text()", c="//location/..")
+        query = "a=(//dns)[1]&b=//rule[1]/@id|//hostname/@*|//mtu/text()&c=//location/.."
 
         def outcome(kibibytes):
             process = harness.start("GET", query, command=("prlimit", f"--as={kibibytes << 10}", QUERY))
@@ -87,7 +87,3 @@ class Process(unittest.TestCase):
         log = request("GET", "", command=(QUERY, "x y", "/x/sshd"))[2]
         self.assertTrue(log[0][1].endswith(" to pidfile '/var/run/query.pid'"), log)
         self.assertEqual(other.read_text(), "1")
-
-
-if __name__ == "__main__":
-    unittest.main()

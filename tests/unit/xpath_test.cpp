@@ -93,6 +93,13 @@ TEST(XPath, NeverAnswersFromAnotherDocument)
         EXPECT_EQ(l_c_first.XNp_get_xpath_node(0), l_c_document->RootElement()->LastChild());
     }
 
+    // A copy bears its source's mark, also where another copy was before.
+    for (const char* l_p_text : {"5", "6", "7"}) {
+        TiXmlDocument l_c_copy(*l_c_document);
+        l_c_copy.RootElement()->LastChild()->FirstChild()->SetValue(l_p_text);
+        EXPECT_EQ(Value(l_c_copy, "v[. = " + std::string(l_p_text) + "]/text()"), l_p_text);
+    }
+
     // The application's own data leaves no place for a mark.
     int l_i_data = 0;
     l_c_document->RootElement()->SetUserData(&l_i_data);
