@@ -1,20 +1,23 @@
 """The handler behind the web servers that there are configurations for, asked by curl."""
+import concurrent.futures
 import os
 import pathlib
 import shutil
+import subprocess
 import unittest
 
 import harness
 from harness import curl
 
-# Configuration: the program, and what a client gets for a request that the handler refuses and for a body above the
-# limit: a status, 0 for no response, or None where there is no limit.
+# Configuration: the program, what a client gets for a request that the handler refuses, for a body above the limit and
+# for a path behind the program (a status, 0 for no response, or None where there is no limit), and the added headers.
 SERVERS = {
-    "apache": ("apache2", 500, 413),
-    "busybox-httpd": ("busybox", 0, None),
-    "lighttpd": ("lighttpd", 500, 413),
-    "nginx": ("fcgiwrap", 502, 413),
+    "apache": ("apache2", 500, 413, 404, (b"nosniff", b"no-store")),
+    "busybox-httpd": ("busybox", 0, None, 200, (b"", b"")),
+    "lighttpd": ("lighttpd", 500, 413, 404, (b"nosniff", b"no-store")),
+    "nginx": ("fcgiwrap", 502, 413, 404, (b"nosniff", b"no-store")),
 }
+HEADERS = "-o/dev/null", "-w%{content_type} %header{x-content-type-options} %header{cache-control}%{http_code}"
 SOURCE, STORED = pathlib.Path("/home/upload.bin"), pathlib.Path("/tmp/upload.bin")
 FIELDS = ("plus%2B+%26+equals%3D=//user[@name='jmueller']/fullname/text()", "cpu=concat('100%', ' & more')",
           "loc=//location/text()", "id=//rule[@id = '90' and 1+1 = 2]/@id")
@@ -43,10 +46,25 @@ class Servers(unittest.TestCase):
             self.assertEqual(curl("-F", f"f=@{SOURCE}", url)[1], too_large)
             self.assertFalse(STORED.exists())
 
+    def check_headers(self, folder, added):
+        pathlib.Path("/home/httpd/html/index.html").write_text("<p>Device</p>")
+        self.assertEqual(curl(*HEADERS, folder + "/../"), (b"text/html %b " % added[0], 200))
+        self.assertEqual(curl(*HEADERS, folder + "/query"), (b"application/json %b %b" % added, 200))
+
+    def check_refusals(self, url, refused, behind):
+        self.assertEqual((curl("-X", "DELETE", url)[1], curl(url + "/a/b")[1]), (refused, behind))
+        self.assertNotEqual(curl("-X", "TRACE", url)[1], 200)
+
+    def check_many_at_a_time(self, url):
+        with concurrent.futures.ThreadPoolExecutor(100) as pool:
+            for response in pool.map(curl, [f"{url}?k=//mtu[1]/text()"] * 100):
+                self.assertEqual(response, answered(k="1500"))
+
     def test_each(self):
         harness.install_config()
-        self.assertEqual({path.stem for path in harness.SERVER_CONFIGS.iterdir()}, set(SERVERS))
-        for name, (program, refused, too_large) in SERVERS.items():
+        self.assertEqual({path.name for path in harness.SERVER_CONFIGS.iterdir()},
+                         {f"{name}.conf" for name in SERVERS} | {"lighttpd.init"})
+        for name, (program, refused, too_large, behind, added) in SERVERS.items():
             with self.subTest(name):
                 if shutil.which(program, path=harness.PATH) is None:
                     self.skipTest(f"{program} is not installed")
@@ -55,4 +73,13 @@ class Servers(unittest.TestCase):
                 with harness.server(name) as folder:
                     self.check_answers(folder + "/query")
                     self.check_uploads(folder + "/query", too_large)
-                    self.assertEqual(curl("-X", "DELETE", folder + "/query")[1], refused)
+                    self.check_headers(folder, added)
+                    self.check_refusals(folder + "/query", refused, behind)
+                    self.check_many_at_a_time(folder + "/query")
+
+    def test_service(self):
+        harness.install_config()
+        url, conf = harness.URL + "/query", harness.SERVER_CONFIGS / "lighttpd.conf"
+        for action, *expected in ("start", 0, 200), ("restart", 0, 200), ("stop", 0, 0), ("status", 3, 0):
+            status = subprocess.run(["sh", conf.with_suffix(".init"), action], env={"LIGHTTPD_CONFIG": conf}).returncode
+            self.assertEqual([status, curl(url)[1]], expected, action)
