@@ -102,14 +102,18 @@ cPidFile::~cPidFile()
 
 void cPidFile::WriteFile()
 {
-    const tFile l_p_file(std::fopen(m_s_pidFile.c_str(), "we"));
-    if (!l_p_file) {
+    std::FILE* const l_p_file = std::fopen(m_s_pidFile.c_str(), "we");
+    if (l_p_file == nullptr) {
         return;
     }
     syslog(LOG_NOTICE, "  cPidFile::WriteFile(): Writing pid %d to pidfile '%s'", m_i_pid,
            m_s_pidFile.c_str());
-    std::fputs(itos(m_i_pid).c_str(), l_p_file.get());
-    m_b_fileWritten = true;
+    const bool l_b_whole = std::fputs(itos(m_i_pid).c_str(), l_p_file) >= 0;
+    m_b_fileWritten = std::fclose(l_p_file) == 0 && l_b_whole;
+    // The beginning of a pid would name another process.
+    if (!m_b_fileWritten) {
+        unlink(m_s_pidFile.c_str());
+    }
 }
 
 int cPidFile::ReadPidFromFile() const

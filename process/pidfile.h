@@ -43,7 +43,7 @@ public:
     int GetDuplicatePID() const { return m_i_duplicatePid; }
 
     /// Writes the own pid into the pid file (created or truncated), with a line at LOG_NOTICE. Does
-    /// nothing if the file cannot be opened.
+    /// nothing if the file cannot be opened; removes it if it cannot be written whole.
     void WriteFile();
 
     /// The pid in the pid file: the leading decimal digits of its first word, looked for in its
