@@ -108,12 +108,18 @@ private:
     std::string Texts(const sField& a_c_field) const
     {
         const std::string l_s_name = a_c_field.m_p_name;
-        const std::string l_s_error = HasFault(a_c_field)
-                                          ? "<p class=\"error\" id=\"" + l_s_name + "_error\">" +
-                                                m_m_faults.at(l_s_name) + "</p>\n"
-                                          : "";
-        return "<p class=\"hint\" id=\"" + l_s_name + "_hint\">" + a_c_field.m_p_hint + "</p>\n" +
-               l_s_error;
+        std::string l_s_texts = Paragraph("hint", l_s_name, a_c_field.m_p_hint);
+        if (HasFault(a_c_field)) {
+            l_s_texts += Paragraph("error", l_s_name, m_m_faults.at(l_s_name));
+        }
+        return l_s_texts;
+    }
+
+    static std::string Paragraph(const std::string& a_s_class, const std::string& a_s_name,
+                                 const std::string& a_s_text)
+    {
+        return "<p class=\"" + a_s_class + "\" id=\"" + a_s_name + "_" + a_s_class + "\">" +
+               a_s_text + "</p>\n";
     }
 
     std::string Row(const sField& a_c_field, const std::string& a_s_control) const
