@@ -26,7 +26,6 @@ int main()
         Same({C.PopupMenu(N, tMap{{a, V}, {b, O}}), C.PopupMenu(N, {{a, V}, {"b", {}}})}) &&
         Same({C.ScrollList(2, N, TWO), C.ScrollList(2, N, {a, b}), C.ScrollList(2, N, {"a", b})}) &&
         Same({C.ScrollList(2, {}, PLAIN), C.ScrollList(2, {}, {{a, {}}, {"b", {}}})}) &&
-        Same({C.ScrollList(N, TWO, 2), C.ScrollList(N, {a, b}, 2), C.ScrollList(N, {"a", "b"}, 2)}) &&
         Same({C.DropDownList(N, TWO), C.DropDownList(N, {a, b}), C.DropDownList(N, {"a", "b"})}) &&
         Same({C.Tr(N, TWO), C.Tr(N, {a, b}), C.Tr(N, {"a", "b"}), C.Tr(N, {a, p})}));
 }

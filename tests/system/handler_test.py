@@ -6,16 +6,10 @@ import subprocess
 import unittest
 
 import harness
-from harness import LOG, answer, install_config, request
+from harness import ERROR_ANSWER, LOG, PID_FILE, answer, errors, install_config, request
 
-PID_FILE = pathlib.Path("/run/query.pid")
-ERROR_ANSWER = harness.JSON_HEADER + b'{"error" : true, "data" : {}}'
 RETRYING = f"  main(): Failed to parse config ({harness.CONFIG}): Error reading end tag.. Retrying..."
 GIVING_UP = f"  main(): Unable to parse config file ({harness.CONFIG}): Error reading end tag.."
-
-
-def errors(log):
-    return [text for priority, text in log if priority == 3]
 
 
 class Flow(unittest.TestCase):

@@ -20,6 +20,8 @@ EXAMPLES = pathlib.Path(os.environ["KESTO_SOURCE"], "examples")
 PATH = os.environ["PATH"] + ":/usr/sbin"  # servers are there
 URL = "http://127.0.0.1:8080/cgi-bin"  # with every server configuration
 JSON_HEADER = b"Content-type: application/json\r\n\r\n"
+ERROR_ANSWER = JSON_HEADER + b'{"error" : true, "data" : {}}'
+PID_FILE = pathlib.Path("/run/query.pid")
 # Whether root of this sandbox is root outside too, and can become other users.
 OTHER_USERS = any(line.split()[2] != "1" for line in pathlib.Path("/proc/self/uid_map").read_text().splitlines())
 
@@ -76,9 +78,15 @@ def request(*arguments, body=None, **environment):
     return process.returncode, output, LOG.take()
 
 
-def post(body, content_type, length=None):
-    """Runs one POST request to its end."""
-    return request("POST", body=body, CONTENT_TYPE=content_type, CONTENT_LENGTH=str(length or len(body)))
+def post(body, content_type="", length=None, **options):
+    """Runs one POST request to its end: exit status, output and faults."""
+    status, output, log = request("POST", body=body, CONTENT_TYPE=content_type,
+                                  CONTENT_LENGTH=str(length or len(body)), **options)
+    return status, output, errors(log)
+
+
+def errors(log):
+    return [text for priority, text in log if priority == 3]
 
 
 def answer(**values):

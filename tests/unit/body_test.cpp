@@ -73,12 +73,10 @@ TEST(MultipartBody, IsStoredOrTellsItsFault)
         {Part(l_s_named, l_s_large) + END, GOOD, l_m_f, l_s_large},
         {Part(l_s_named, l_s_almost) + END, GOOD, l_m_f, l_s_almost},
         {Part(l_s_named, "") + Part("name='b'", "%41+") + END, GOOD, {{"b", "%41+"}, {"f", "/tmp/u.bin"}}, ""},
-        {Part("name='f'; filename='C:\\d/x\\u.bin'", "abc") + END, GOOD, l_m_f, "abc"},
-        {Part("name='f'; filename='../../x/u.bin'", "\r\r\r\r") + END, GOOD, l_m_f, "\r\r\r\r"},
+        {Part("name='f'; filename='C:\\d/x\\../u.bin'", "\r\r") + END, GOOD, l_m_f, "\r\r"},
         {Part("filename='u.bin'; name='f'", "x") + END, GOOD, {{"u.bin", "/tmp/u.bin"}}, "x"},
         {Part("name=abc", "v") + END, GOOD, {{"abc\r\n\r\n", "v"}}, ""},
         {Part("name=a'b'c", "v") + END, "Found END-OF-POST for file upload.\n" + GOOD, {{"ab", "v"}}, ""},
-        {l_s_cutOff, GOOD, {}, ""},
         {l_s_cutOff + "no line end", GOOD, {}, ""},
         {l_s_cutOff + "\r", "entity header (a)" + BAD, {}, ""},
         {l_s_cutOff + "x\r\n--AaB03", "entity header (a)" + BAD, {}, ""},
@@ -107,14 +105,13 @@ TEST(MultipartBody, IsStoredOrTellsItsFault)
               START + FAULT + " - Entity Header length exceeds maximum allowable length." + BAD);
 
     // The client has gone before it sent what it promised: what was complete by then stays.
-    const std::string l_s_log = START +
-                                "7 ParseMultipartData - Parsed name attribute from entity header (a)\n"
-                                "7 ParseMultipartData - Parsed entity value (1) for name (a)\n"
-                                "7 ParseMultipartData - Parsed name attribute from entity header (f)\n"
-                                "7 ParseMultipartData - Parsed filename attribute from entity header (/tmp/u.bin)." +
-                                BAD;
+    const std::string l_s_parsed = "7 ParseMultipartData - Parsed ";
     EXPECT_EQ(Parse(MULTIPART, l_s_a1 + l_s_fx, 1, "99999999999"),
-              tOutcome(false, {{"a", "1"}, {"f", "/tmp/u.bin"}}, l_s_log, "x"));
+              tOutcome(false, {{"a", "1"}, {"f", "/tmp/u.bin"}},
+                       START + l_s_parsed + "name attribute from entity header (a)\n" + l_s_parsed +
+                           "entity value (1) for name (a)\n" + l_s_parsed + "name attribute from entity header (f)\n" +
+                           l_s_parsed + "filename attribute from entity header (/tmp/u.bin)." + BAD,
+                       "x"));
 
     const std::string l_s_unassigned = " - No (=) found in boundary assignment (multipart/form-data; boundary)\n";
     const std::string l_s_foreign =

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <new>
 #include <poll.h>
 #include <stdexcept>
 #include <stdio_ext.h>
@@ -14,6 +16,7 @@
 #include <utility>
 
 static std::string g_s_log;
+long g_i_allocationsLeft = -1;
 
 // The body on its way.
 static std::string_view g_s_coming;
@@ -47,6 +50,19 @@ extern "C" int poll(pollfd* /*fds*/, nfds_t /*count*/, int /*timeout*/)
     }
     return 1;
 }
+
+// None is inlined, or GCC would take what they do for a mismatch.
+[[gnu::noinline]] void* operator new(std::size_t a_u_size, const std::nothrow_t&) noexcept
+{
+    return g_i_allocationsLeft >= 0 && g_i_allocationsLeft-- == 0 ? nullptr : std::malloc(a_u_size);
+}
+[[gnu::noinline]] void* operator new(std::size_t a_u_size)
+{
+    void* l_p_block = operator new(a_u_size, std::nothrow);
+    return l_p_block != nullptr ? l_p_block : throw std::bad_alloc();
+}
+[[gnu::noinline]] void operator delete(void* a_p_block) noexcept { std::free(a_p_block); }
+[[gnu::noinline]] void operator delete(void* a_p_block, std::size_t) noexcept { std::free(a_p_block); }
 
 static std::string TakeUpload()
 {

@@ -6,8 +6,7 @@
 #include <tuple>
 
 /// All that the parse of a POST leaves behind: result, fields, log, and the stored upload, which is
-/// taken away from /tmp. The log has a line for each message, the priority first. The test program
-/// has a syslog of its own, so nothing leaves the process.
+/// taken away from /tmp. The log has a line for each message, the priority first.
 using tOutcome = std::tuple<bool, cCGI::tFormData, std::string, std::string>;
 
 /// Parses a body that arrives in pieces of a size: each time the code under test waits in poll, which
@@ -15,5 +14,8 @@ using tOutcome = std::tuple<bool, cCGI::tFormData, std::string, std::string>;
 /// if a length is given for it, otherwise a wait for one byte more throws std::logic_error.
 tOutcome Parse(const std::string& a_s_type, const std::string& a_s_body, std::size_t a_u_piece = std::string::npos,
                const char* a_p_length = nullptr);
+
+/// How many allocations of the whole program succeed before one fails; below 0 none fails.
+extern long g_i_allocationsLeft;
 
 #endif

@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <sstream>
 
 using tFields = cCGI::tFormData;
 
@@ -14,22 +13,18 @@ TEST(Request, CapturesTheEnvironmentAndCopiesWithoutIt)
     setenv("SCRIPT_NAME", "/cgi/q", 1);
     setenv("SERVER_NAME", "box", 1);
     cCGI l_c_source(cCGI::eXHTML_1_0_TRANSITIONAL);
-    const tFields l_m_captured = {
-        {"AUTH_DATA", ""},         {"CONTENT_LENGTH", ""},  {"CONTENT_TYPE", ""},        {"GATEWAY_INTERFACE", ""},
-        {"HTTP_ACCEPT", ""},       {"HTTP_REFERER", ""},    {"HTTP_REFERRER", ""},       {"HTTP_USER_AGENT", ""},
-        {"PATH_INFO", ""},         {"PATH_TRANSLATED", ""}, {"QUERY_STRING", "x+y=1&z"}, {"REMOTE_ADDR", ""},
-        {"REMOTE_HOST", ""},       {"REMOTE_IDENT", ""},    {"REMOTE_USER", ""},         {"REQUEST_METHOD", "get"},
-        {"SCRIPT_NAME", "/cgi/q"}, {"SERVER_NAME", "box"},  {"SERVER_PORT", ""},         {"SERVER_PROTOCOL", ""},
-        {"SERVER_SOFTWARE", ""},
-    };
-    EXPECT_EQ(l_c_source.GetEnvironment(), l_m_captured);
+    std::string l_s_captured;
+    for (const auto& [l_s_name, l_s_value] : l_c_source.GetEnvironment()) {
+        l_s_captured += l_s_name + "=" + l_s_value + " ";
+    }
+    EXPECT_EQ(l_s_captured,
+              "AUTH_DATA= CONTENT_LENGTH= CONTENT_TYPE= GATEWAY_INTERFACE= HTTP_ACCEPT= HTTP_REFERER= HTTP_REFERRER= "
+              "HTTP_USER_AGENT= PATH_INFO= PATH_TRANSLATED= QUERY_STRING=x+y=1&z REMOTE_ADDR= REMOTE_HOST= "
+              "REMOTE_IDENT= REMOTE_USER= REQUEST_METHOD=get SCRIPT_NAME=/cgi/q SERVER_NAME=box SERVER_PORT= "
+              "SERVER_PROTOCOL= SERVER_SOFTWARE= ");
     EXPECT_EQ(l_c_source.Url(), "box/cgi/q");
     EXPECT_TRUE(l_c_source.ParseData());
     EXPECT_EQ(l_c_source.GetData(), (tFields{{"x y", "1"}}));
-    std::ostringstream l_c_stream;
-    l_c_stream << l_c_source;
-    EXPECT_EQ(l_c_stream.str(), "cCGI:\n\n      indent = 0\n environment:  \n");
-
     l_c_source.GetUploadFilename() = "name";
     l_c_source.GetPostData()["field"] = "value";
     cCGI l_c_copy(l_c_source);
