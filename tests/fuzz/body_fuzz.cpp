@@ -8,11 +8,11 @@
 #include "interposed.h"
 
 // A body that ends inside a file part succeeds or fails by how much of the delimiter's length was
-// waiting when it ended, which the pieces decide. Only the closing line follows that of the file then.
+// waiting when it ended, which the pieces decide. The closing line then follows one that ends so.
 static bool EndsInAFile(const std::string& a_s_log)
 {
-    const std::size_t l_u_file = a_s_log.rfind("Data - Parsed filename");
-    return l_u_file != std::string::npos && a_s_log.find("Data - ", l_u_file + 1) == a_s_log.rfind("Data - ");
+    const std::size_t l_u_closing = a_s_log.rfind("\n7 ParseMultipartData - returning ");
+    return l_u_closing != std::string::npos && a_s_log.compare(l_u_closing - 2, 2, ").") == 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* a_p_data, std::size_t a_u_size)
