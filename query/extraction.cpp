@@ -23,7 +23,8 @@ static std::string PrintedSubtree(const TiXmlNode& a_c_node)
         l_s_value.append(l_s_printed, l_u_copied, l_u_quote - l_u_copied).append(ESCAPED);
         l_u_copied = l_u_quote + 1;
     }
-    return l_s_value.append(l_s_printed, l_u_copied);
+    l_s_value.append(l_s_printed, l_u_copied);
+    return l_s_value;
 }
 
 static std::string NodeText(const TiXmlNode& a_c_node)
