@@ -42,7 +42,6 @@ TEST(XPath, SelectsAndExtracts)
         {"a[2]", "a,", "<a n=&quot;3&quot;><!--in--><b />\xC3\xBC&amp;&quot;</a>"},
         {"a[last()]/b | a[1] | p:a", "a,p:a,b,", "<a n=&quot;1&quot;>one</a>"},
         {"a[last()]/@n | a[1]/@n", "@,@,", "1"},
-        {"*[@n > 1]/text()", "t<o,\xC3\xBC&\",", "t<o"},
         {"a/text()[string-length() = 4]/../@n", "@,", "3"}, // the umlaut has two bytes
         {"a/comment()", "in,", "in"},
         {"p:a/node()", "?pi x?,t<o,", ""},
@@ -126,7 +125,7 @@ TEST(XPath, FailsOrAnswersRightWithoutAnAllocation)
         return ComposeResponse(ExtractValues(l_c_document, l_c_request.GetData()));
     };
     const std::string l_s_right = Answer();
-
+    EXPECT_NE(l_s_right.find(R"("union" : "3")"), std::string::npos) << "the first of many";
     int l_i_failed = 0;
     for (long l_i_allocation = 0; g_i_allocationsLeft < 0; ++l_i_allocation) {
         g_i_allocationsLeft = l_i_allocation;
