@@ -2,13 +2,13 @@
 #include <new>
 #include <string>
 #include <syslog.h>
-#include <tinyxml.h>
 #include <unistd.h>
 
 #include <cgilib.h>
 #include <pidfile.h>
 
 #include "bounds.h"
+#include "document.h"
 #include "extraction.h"
 #include "heap.h"
 #include "paths.h"
@@ -23,8 +23,7 @@ constexpr int RESPONSE_WRITTEN = 0;
 constexpr int NOTHING_WRITTEN = -1;
 
 // Loads the document; what is too large for the memory that there is cannot be parsed.
-bool LoadConfigOnce(TiXmlDocument& a_c_document, const std::string& a_s_path,
-                    std::string& a_s_fault)
+bool LoadConfigOnce(cDocument& a_c_document, const std::string& a_s_path, std::string& a_s_fault)
 {
     const std::new_handler l_p_handler = std::set_new_handler(nullptr);
     bool l_b_loaded = false;
@@ -41,7 +40,7 @@ bool LoadConfigOnce(TiXmlDocument& a_c_document, const std::string& a_s_path,
 
 // The configuration is rewritten in place while the device runs, so a document that does not parse
 // gets a second chance.
-bool LoadConfig(TiXmlDocument& a_c_document, const std::string& a_s_path)
+bool LoadConfig(cDocument& a_c_document, const std::string& a_s_path)
 {
     // Row and column of every node, which nobody reads, cost a pass over the whole text.
     a_c_document.SetTabSize(0);
@@ -98,7 +97,7 @@ int main(int a_i_count, char* a_p_arguments[])
 
     FetchHeapFor(l_s_configPath);
     // Never destroyed: the end of the process takes the tree down faster than its destructor.
-    static TiXmlDocument& l_c_document = *new TiXmlDocument;
+    static cDocument& l_c_document = *new cDocument;
     std::string l_s_response = ERROR_RESPONSE;
     if (LoadConfig(l_c_document, l_s_configPath)) {
         l_s_response =

@@ -45,12 +45,12 @@ class Flow(unittest.TestCase):
         status, output, log = request("GET", "a=v")
         self.assertEqual((status, output, errors(log)), (0, ERROR_ANSWER, [RETRYING, GIVING_UP]))
 
-        process = harness.start("GET", "a=v/text()")
+        process = harness.start("GET", "a=v/@of")
         harness.wait_for(lambda: RETRYING in errors(LOG.take()))
         self.assertEqual(PID_FILE.read_text(), str(process.pid))
         PID_FILE.write_text("1")  # another instance's by now
-        install_config(b"<c><v>1</v></c>")
-        self.assertEqual((process.communicate()[0], process.returncode), (answer(a="1"), 0))
+        install_config(b"<c><v of='1\r\n2\r'/></c>\0<")
+        self.assertEqual((process.communicate()[0], process.returncode), (answer(a="1\\n2\\n"), 0))
         self.assertEqual((errors(LOG.take()), PID_FILE.read_text()), ([], "1"))
         PID_FILE.unlink()
 
