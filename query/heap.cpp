@@ -17,7 +17,7 @@ namespace
 // configurations. They are mostly pointers, hence the dependence on their size.
 constexpr std::uint64_t TREE_BYTES_PER_BYTE = sizeof(void*) * 7 / 4;
 
-constexpr std::uint64_t LARGEST = std::uint64_t{4} << 20U;
+constexpr std::size_t LARGEST_MAPPED = std::size_t{4} << 20U;
 
 } // namespace
 
@@ -28,16 +28,16 @@ void FetchHeapFor(const std::string& a_s_documentPath)
         return;
     }
     const auto l_u_page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-    const auto l_u_tree = static_cast<std::uint64_t>(l_c_status.st_size) * TREE_BYTES_PER_BYTE;
-    const auto l_u_size =
-        static_cast<std::size_t>(std::min(l_u_tree, LARGEST)) / l_u_page * l_u_page;
+    const auto l_u_tree = std::min<std::uint64_t>(
+        static_cast<std::uint64_t>(l_c_status.st_size) * TREE_BYTES_PER_BYTE, PTRDIFF_MAX);
+    const auto l_u_size = static_cast<std::size_t>(l_u_tree) / l_u_page * l_u_page;
 
     // The block has to come from the heap, and the heap to keep its pages when the block is freed.
     mallopt(M_MMAP_MAX, 0);
     mallopt(M_TRIM_THRESHOLD, -1);
     void* const l_p_block = std::aligned_alloc(l_u_page, l_u_size);
     if (l_p_block != nullptr) {
-        madvise(l_p_block, l_u_size, MADV_POPULATE_WRITE);
+        madvise(l_p_block, std::min(l_u_size, LARGEST_MAPPED), MADV_POPULATE_WRITE);
         std::free(l_p_block);
     }
 }
