@@ -1,38 +1,64 @@
 #include "document.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-// The text of the file; empty if it cannot be read in one go.
-static std::string TextOf(const std::string& a_s_path)
+namespace
+{
+
+// The parser steps over a character of UTF-8 by the length that its first byte tells. Where the
+// text ends within one, that leads past the zero byte behind it, by no more than this.
+constexpr std::size_t LONGEST_STEP_TOO_FAR = 3;
+
+// The text of the file, with as many zero bytes behind it; empty if it cannot be read.
+std::string TextOf(const std::string& a_s_path)
 {
     struct stat l_c_status = {};
     if (stat(a_s_path.c_str(), &l_c_status) != 0 ||
-        static_cast<std::uintmax_t>(l_c_status.st_size) > std::string().max_size()) {
+        static_cast<std::uintmax_t>(l_c_status.st_size) >
+            std::string().max_size() - LONGEST_STEP_TOO_FAR) {
         return {};
     }
-    std::string l_s_text(static_cast<std::size_t>(l_c_status.st_size), '\0');
+    const auto l_u_size = static_cast<std::size_t>(l_c_status.st_size);
+    std::string l_s_text(l_u_size + LONGEST_STEP_TOO_FAR, '\0');
     const int l_i_file = open(a_s_path.c_str(), O_RDONLY | O_CLOEXEC);
     if (l_i_file < 0) {
         return {};
     }
-    if (read(l_i_file, l_s_text.data(), l_s_text.size()) != l_c_status.st_size) {
+    if (read(l_i_file, l_s_text.data(), l_u_size) < 0) {
         l_s_text.clear();
     }
     close(l_i_file);
     return l_s_text;
 }
 
+// Makes every CR LF and every other CR an LF (XML 1.0, 2.11).
+void UnifyLineEnds(std::string& a_s_text)
+{
+    std::size_t l_u_write = std::min(a_s_text.find('\r'), a_s_text.size());
+    for (std::size_t l_u_read = l_u_write; l_u_read < a_s_text.size(); ++l_u_read) {
+        const bool l_b_cr = a_s_text[l_u_read] == '\r';
+        if (!l_b_cr || a_s_text[l_u_read + 1] != '\n') {
+            a_s_text[l_u_write++] = l_b_cr ? '\n' : a_s_text[l_u_read];
+        }
+    }
+    a_s_text.resize(l_u_write);
+}
+
+} // namespace
+
 bool cDocument::LoadFile(const std::string& a_s_path, TiXmlEncoding a_e_encoding)
 {
-    const std::string l_s_text = TextOf(a_s_path);
-    if (l_s_text.empty() || l_s_text.find('\r') != std::string::npos) {
-        return TiXmlDocument::LoadFile(a_s_path, a_e_encoding);
+    std::string l_s_text = TextOf(a_s_path);
+    if (l_s_text.empty()) {
+        return TiXmlDocument::LoadFile(a_s_path, a_e_encoding); // knows the error
     }
+    UnifyLineEnds(l_s_text);
     Clear();
     SetValue(a_s_path);
-    Parse(l_s_text.c_str(), nullptr, a_e_encoding); // which ends at a NUL, as LoadFile does
+    Parse(l_s_text.c_str(), nullptr, a_e_encoding);
     return !Error();
 }
