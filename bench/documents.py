@@ -67,10 +67,10 @@ def document(kilobytes):
 
 
 def query_string(kilobytes, keys):
-    """A query string with that many keys for the document of that size."""
+    """A query string with that many keys, in order, for the document of that size."""
     count = entries_in(kilobytes)
-    expressions = (PATTERNS[k % 3].format(i=(count // 2 + k // 3 * 7) % count) for k in range(keys))
-    return "&".join(f"k{k}={quote(text)}" for k, text in enumerate(expressions))
+    fields = ((f"k{k}", PATTERNS[k % 3].format(i=(count // 2 + k // 3 * 7) % count)) for k in range(keys))
+    return "&".join(f"{key}={quote(text)}" for key, text in sorted(fields))
 
 
 def part(content, header=b'name="a"'):
