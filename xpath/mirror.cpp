@@ -60,8 +60,11 @@ pugi::xml_node AppendElement(pugi::xml_node a_c_parent, const TiXmlElement& a_c_
     Require(l_c_copy.set_name(a_c_element.Value()));
     for (const TiXmlAttribute* l_p_attribute = a_c_element.FirstAttribute();
          l_p_attribute != nullptr; l_p_attribute = l_p_attribute->Next()) {
-        pugi::xml_attribute l_c_attribute = l_c_copy.append_attribute(l_p_attribute->Name());
-        Require(!l_c_attribute.empty() && l_c_attribute.set_value(l_p_attribute->Value()));
+        const char* const l_p_name = l_p_attribute->Name();
+        pugi::xml_attribute l_c_attribute = l_c_copy.append_attribute(l_p_name);
+        // Without memory for its name the attribute is there all the same, nameless.
+        Require(*l_c_attribute.name() == *l_p_name &&
+                l_c_attribute.set_value(l_p_attribute->Value()));
     }
     return l_c_copy;
 }
