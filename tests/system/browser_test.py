@@ -119,7 +119,3 @@ class Browser(unittest.TestCase):
             for xml, errors in ((page, 0), (page.replace(b' for="', b' for="un', 1), 1)):
                 lint = subprocess.run(["xmllint", "--nonet", "--valid", "--noout", "-"], input=xml, capture_output=True)
                 self.assertEqual((lint.returncode > 0, lint.stderr.count(b"an unknown ID")), (errors, errors), lint.stderr)
-
-
-if __name__ == "__main__":
-    unittest.main()
