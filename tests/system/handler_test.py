@@ -1,4 +1,5 @@
 """The handler as it ships: its request flow, step by step."""
+import os
 import pathlib
 import re
 import shutil
@@ -62,13 +63,23 @@ class Flow(unittest.TestCase):
     def test_both_peers_get_a_signal_that_no_response_waits_for(self):
         killall = pathlib.Path("/tmp/killall")
         killall.write_text('#!/bin/sh\nstreams=$(readlink /proc/$$/fd/[012])\necho $* $streams > /tmp/part.$3\n'
-                           'echo $HTTP_X $REQUEST_METHOD $SERVER_PORT >> /tmp/part.$3\n'
+                           'echo $HTTP_X $REQUEST_METHOD $SERVER_PORT $PPID >> /tmp/part.$3\n'
                            "mv /tmp/part.$3 /tmp/told.$3\nexec sleep 1000\n")
         killall.chmod(0o755)
-        for method, status in (("GET", 0), ("HEAD", 255)):
-            self.assertEqual(request(method, PATH=f"/tmp:{harness.PATH}", HTTP_X="y", SERVER_PORT="80")[0], status)
+
+        def check_told(parent):
             for name in ("brolvex", "tamsorin"):
                 told = pathlib.Path(f"/tmp/told.{name}")
                 harness.wait_for(told.exists)
-                self.assertEqual(told.read_text(), f"-q -USR2 {name} /dev/null /dev/null /dev/null\n80\n")
+                self.assertRegex(told.read_text(), f"-q -USR2 {name} /dev/null /dev/null /dev/null\n80 {parent}\n$")
                 told.unlink()
+        seen = {"PATH": f"/tmp:{harness.PATH}", "HTTP_X": "y", "SERVER_PORT": "80"}
+        install_config(b"<c>" + b"<v/>" * 100000 + b"</c>")  # takes longer than two shells
+        one_core = "taskset", "-c", str(min(os.sched_getaffinity(0))), harness.QUERY
+        for method, status, command, parent in (("GET", 0, [harness.QUERY], r"\d+"), ("HEAD", 255, one_core, 1),
+                                                ("GET", 0, one_core, 1)):  # init's: the handler has ended
+            self.assertEqual(request(method, command=command, **seen)[0], status)
+            check_told(parent)
+        process = harness.start("POST", CONTENT_LENGTH="5", command=one_core, **seen)
+        check_told(process.pid)  # does not wait for the body
+        self.assertEqual(process.communicate(b"a=//b")[0], answer(a=""))
