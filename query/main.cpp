@@ -1,5 +1,7 @@
 #include <cstdio>
+#include <cstdlib>
 #include <new>
+#include <optional>
 #include <string>
 #include <syslog.h>
 #include <unistd.h>
@@ -60,14 +62,11 @@ bool LoadConfig(cDocument& a_c_document, const std::string& a_s_path)
     return false;
 }
 
-// Closes standard output as well: the web server can pass the answer on while the rest of the
-// process is still being taken down.
 bool WriteResponse(const std::string& a_s_response)
 {
     std::fputs("Content-type: application/json\r\n\r\n", stdout);
     std::fwrite(a_s_response.data(), 1, a_s_response.size(), stdout);
-    const bool l_b_written = std::ferror(stdout) == 0;
-    return std::fclose(stdout) == 0 && l_b_written;
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }
 
 } // namespace
@@ -88,7 +87,7 @@ int main(int a_i_count, char* a_p_arguments[])
     BoundProcessorTime();
 
     // Static, so that it removes its file where exit() ends the process too.
-    static const cPidFile l_c_guard(false);
+    static std::optional<cPidFile> l_c_guard(std::in_place, false);
     if (access(l_s_configPath.c_str(), R_OK) != 0) {
         syslog(LOG_ERR, "  main(): Config file (%s) is missing or not readable.",
                l_s_configPath.c_str());
@@ -96,16 +95,20 @@ int main(int a_i_count, char* a_p_arguments[])
     }
 
     FetchHeapFor(l_s_configPath);
-    // Never destroyed: the end of the process takes the tree down faster than its destructor.
-    static cDocument& l_c_document = *new cDocument;
+    cDocument l_c_document;
     std::string l_s_response = ERROR_RESPONSE;
     if (LoadConfig(l_c_document, l_s_configPath)) {
         l_s_response =
             ComposeResponse(ExtractValues(l_c_document, std::move(l_c_request.GetData())));
     }
-    if (!WriteResponse(l_s_response)) {
+    bool l_b_written = WriteResponse(l_s_response);
+    // Some servers end a program that goes on after its answer, which ends where standard output is
+    // closed: nothing that has to be done may be left by then.
+    l_c_guard.reset();
+    l_b_written = std::fclose(stdout) == 0 && l_b_written;
+    if (!l_b_written) {
         syslog(LOG_ERR, "  main(): Unable to write response.");
-        return NOTHING_WRITTEN;
     }
-    return RESPONSE_WRITTEN;
+    // The end of the process takes the tree down faster than destructors, which exit() leaves out.
+    std::exit(l_b_written ? RESPONSE_WRITTEN : NOTHING_WRITTEN);
 }
