@@ -5,8 +5,10 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <iterator>
 #include <new>
+#include <string_view>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -50,6 +52,17 @@ void Tighten(decltype(RLIMIT_AS) a_e_resource, rlim_t a_u_soft, rlim_t a_u_hard)
     std::exit(NOTHING_WRITTEN);
 }
 
+// Sixteen requests that each take what they may are more than a device has.
+void OfferToBeKilledFirst()
+{
+    const int l_i_file = open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC);
+    if (l_i_file >= 0) {
+        constexpr std::string_view HIGHEST = "1000";
+        static_cast<void>(!write(l_i_file, HIGHEST.data(), HIGHEST.size())); // may be left undone
+        close(l_i_file);
+    }
+}
+
 iovec Piece(const char* a_p_text)
 {
     return {const_cast<char*>(a_p_text), std::strlen(a_p_text)}; // NOLINT: only read from
@@ -78,8 +91,19 @@ iovec Piece(const char* a_p_text)
 void BoundMemory()
 {
     std::set_new_handler(EndForWantOfMemory);
+    OfferToBeKilledFirst();
     if (MEMORY_IS_BOUNDED) {
         Tighten(RLIMIT_AS, rlim_t{KESTO_MEMORY_LIMIT} << 20U, RLIM_INFINITY);
+    }
+}
+
+void ProvideStack()
+{
+    constexpr rlim_t USUAL = rlim_t{8} << 20U;
+    rlimit l_c_limit = {};
+    if (getrlimit(RLIMIT_STACK, &l_c_limit) == 0 && l_c_limit.rlim_cur < USUAL) {
+        l_c_limit.rlim_cur = std::min(USUAL, l_c_limit.rlim_max);
+        setrlimit(RLIMIT_STACK, &l_c_limit);
     }
 }
 

@@ -9,7 +9,13 @@
 /// AddressSanitizer, which reserves more for itself. Where memory does not suffice from now on, the
 /// process ends instead of an exception being thrown: one line at LOG_ERR tells so, objects of
 /// static storage are destroyed, and the exit status is 255. std::set_new_handler() suspends that.
+/// Should the memory of the whole device run out, the kernel kills this process before any other,
+/// so REQUIRES that nothing be forked any more that has to live longer.
 void BoundMemory();
+
+/// Raises the limit of the stack to the usual 8 MiB, or as far as the hard limit allows: below 1 MiB
+/// an expression of a few hundred terms, or a deep document, would end the process by SIGSEGV.
+void ProvideStack();
 
 /// Bounds the processor time of the process to what it has used by now and KESTO_CPU_LIMIT seconds
 /// more. When it is used up, one line at LOG_ERR tells so, and the process ends at once with exit

@@ -78,6 +78,7 @@ int main(int a_i_count, char* a_p_arguments[])
 
     SignalPeers();
 
+    ProvideStack();
     BoundMemory();
     cCGI l_c_request(cCGI::eXHTML_1_0_TRANSITIONAL);
     if (!l_c_request.ParseData()) {

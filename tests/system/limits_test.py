@@ -59,6 +59,11 @@ class Process(unittest.TestCase):
         outcome = post(b"k=//*[//*[//*[//*[//x]]]]", command=("prlimit", "--cpu=1:", QUERY))
         self.assertEqual(outcome, (255, b"", ["  main(): Processor time is used up."]))
 
+    def test_little_stack(self):
+        install_config()
+        nested = b"(" * 700 + b"//mtu/text()" + b")" * 700
+        self.assertEqual(post(b"k=" + nested, command=("prlimit", "--stack=65536:", QUERY)), (0, answer(k="1500"), []))
+
     def test_closed_streams_and_arguments(self):
         install_config()
         body = b'--X\r\nname="a"\r\n\r\n//hostname/text()\r\n--X--\r\n'
