@@ -117,9 +117,8 @@ class Client:
 
     KINDS = {"get": 35, "url_encoded": 20, "multipart": 15, "upload": 10, "refused": 10, "broken_off": 10}
 
-    def run(self, count, deadline):
-        kinds = self.random.choices(list(self.KINDS), self.KINDS.values(), k=count)
-        for kind in kinds:
+    def run(self, count, deadline, kinds):
+        for kind in self.random.choices(list(kinds), [self.KINDS[kind] for kind in kinds], k=count):
             if time.monotonic() > deadline:
                 self.wrong.append(f"client {self.number}: out of time after {self.counts.total()} of {count} requests")
                 break
@@ -133,10 +132,11 @@ class Client:
         return self
 
 
-def run(count, clients, seconds, *where):
-    """That many requests of that many clients at a time, as the clients' counts and what was wrong."""
+def run(count, clients, seconds, *where, kinds=Client.KINDS):
+    """That many requests of that many clients at a time: how many of each kind went how, and what was wrong."""
     deadline = time.monotonic() + seconds
     shares = [count // clients + (number < count % clients) for number in range(clients)]
     with concurrent.futures.ThreadPoolExecutor(clients) as pool:
-        done = list(pool.map(lambda number: Client(number, *where).run(shares[number], deadline), range(clients)))
+        done = list(pool.map(lambda number: Client(number, *where).run(shares[number], deadline, kinds),
+                             range(clients)))
     return sum((client.counts for client in done), collections.Counter()), [w for client in done for w in client.wrong]
