@@ -5,6 +5,16 @@ set(CMAKE_SYSTEM_PROCESSOR armv7l)
 set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
 
+# The cross compiler brings C and C++ libraries that get no security updates; those of the armhf
+# architecture do: as tools/fetch-armhf unpacks them, or as they are installed.
+foreach(root ${CMAKE_CURRENT_LIST_DIR}/../build/armhf-libraries "")
+  if(EXISTS ${root}/usr/lib/arm-linux-gnueabihf/libc.a)
+    file(GLOB libraries ${root}/usr/lib/gcc/arm-linux-gnueabihf/*)
+    set(CMAKE_EXE_LINKER_FLAGS_INIT "-B'${root}/usr/lib/arm-linux-gnueabihf' -B'${libraries}'")
+    break()
+  endif()
+endforeach()
+
 find_program(QEMU_ARM NAMES qemu-arm qemu-arm-static) # the tests need it, the build does not
 if(QEMU_ARM)
   set(CMAKE_CROSSCOMPILING_EMULATOR ${QEMU_ARM})

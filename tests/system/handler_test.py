@@ -35,6 +35,10 @@ class Flow(unittest.TestCase):
     def test_failed_requests_write_nothing(self):
         for method in ("HEAD", "Get", ""):
             self.assertEqual(request(method, "a=/"), (255, b"", [(3, "  main(): CGI parse failed.")]))
+        long_name = "A" * 2000  # of which an old C library's syslog() writes beyond its buffer
+        command = ([harness.EMULATOR, "-0", long_name, "/run/query"] if harness.EMULATOR else
+                   ["bash", "-c", f"exec -a {long_name} {harness.QUERY}"])
+        self.assertEqual(request("", command=command), (255, b"", [(3, "  main(): CGI parse failed.")]))
         harness.CONFIG.unlink()
         status, output, log = request("GET", "a=/")
         self.assertEqual((status, output), (255, b""))
