@@ -13,27 +13,37 @@ namespace
 // text ends within one, that leads past the zero byte behind it, by no more than this.
 constexpr std::size_t LONGEST_STEP_TOO_FAR = 3;
 
-// The text of the file, with as many zero bytes behind it; empty if it cannot be read.
-std::string TextOf(const std::string& a_s_path)
+class cOpenFile
 {
-    struct stat l_c_status = {};
-    if (stat(a_s_path.c_str(), &l_c_status) != 0 ||
-        static_cast<std::uintmax_t>(l_c_status.st_size) >
-            std::string().max_size() - LONGEST_STEP_TOO_FAR) {
-        return {};
+public:
+    explicit cOpenFile(const std::string& a_s_path)
+        : m_i_file(open(a_s_path.c_str(), O_RDONLY | O_CLOEXEC))
+    {
     }
-    const auto l_u_size = static_cast<std::size_t>(l_c_status.st_size);
-    std::string l_s_text(l_u_size + LONGEST_STEP_TOO_FAR, '\0');
-    const int l_i_file = open(a_s_path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (l_i_file < 0) {
-        return {};
+    ~cOpenFile() { close(m_i_file); }
+    cOpenFile(const cOpenFile&) = delete;
+    cOpenFile& operator=(const cOpenFile&) = delete;
+
+    // The text of the file, with as many zero bytes behind it; empty if it cannot be read.
+    std::string Text() const
+    {
+        struct stat l_c_status = {};
+        if (fstat(m_i_file, &l_c_status) != 0 ||
+            static_cast<std::uintmax_t>(l_c_status.st_size) >
+                std::string().max_size() - LONGEST_STEP_TOO_FAR) {
+            return {};
+        }
+        const auto l_u_size = static_cast<std::size_t>(l_c_status.st_size);
+        std::string l_s_text(l_u_size + LONGEST_STEP_TOO_FAR, '\0');
+        if (read(m_i_file, l_s_text.data(), l_u_size) < 0) {
+            l_s_text.clear();
+        }
+        return l_s_text;
     }
-    if (read(l_i_file, l_s_text.data(), l_u_size) < 0) {
-        l_s_text.clear();
-    }
-    close(l_i_file);
-    return l_s_text;
-}
+
+private:
+    const int m_i_file;
+};
 
 // Makes every CR LF and every other CR an LF (XML 1.0, 2.11).
 void UnifyLineEnds(std::string& a_s_text)
@@ -52,13 +62,14 @@ void UnifyLineEnds(std::string& a_s_text)
 
 bool cDocument::LoadFile(const std::string& a_s_path, TiXmlEncoding a_e_encoding)
 {
-    std::string l_s_text = TextOf(a_s_path);
+    std::string l_s_text = cOpenFile(a_s_path).Text();
     if (l_s_text.empty()) {
-        return TiXmlDocument::LoadFile(a_s_path, a_e_encoding); // knows the error
+        TiXmlDocument::LoadFile(a_s_path, a_e_encoding); // knows the error
+    } else {
+        UnifyLineEnds(l_s_text);
+        Clear();
+        SetValue(a_s_path);
+        Parse(l_s_text.c_str(), nullptr, a_e_encoding);
     }
-    UnifyLineEnds(l_s_text);
-    Clear();
-    SetValue(a_s_path);
-    Parse(l_s_text.c_str(), nullptr, a_e_encoding);
     return !Error();
 }

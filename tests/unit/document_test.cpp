@@ -1,0 +1,36 @@
+#include <document.h>
+
+#include <atomic>
+#include <fcntl.h>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <stdio.h>
+#include <thread>
+
+static bool Loads(const std::string& a_s_text)
+{
+    std::ofstream("/tmp/whole") << a_s_text;
+    return cDocument().LoadFile("/tmp/whole", TIXML_DEFAULT_ENCODING);
+}
+
+TEST(Document, LoadsWhole)
+{
+    std::ifstream l_c_file(EXAMPLE_CONFIG);
+    const std::string l_s_text(std::istreambuf_iterator<char>(l_c_file), {});
+    EXPECT_TRUE(Loads(l_s_text));
+
+    // Now that one, now a shorter one stands under the name.
+    std::ofstream("/tmp/other") << "<c/>" << std::string(999, ' ');
+    std::atomic<bool> l_b_done = false;
+    std::thread l_c_writer([&] {
+        while (!l_b_done) {
+            renameat2(AT_FDCWD, "/tmp/whole", AT_FDCWD, "/tmp/other", RENAME_EXCHANGE);
+        }
+    });
+    for (int l_i_turn = 0; l_i_turn < 5000; ++l_i_turn) {
+        cDocument l_c_document;
+        EXPECT_TRUE(l_c_document.LoadFile("/tmp/whole", TIXML_DEFAULT_ENCODING)) << l_c_document.ErrorDesc();
+    }
+    l_b_done = true;
+    l_c_writer.join();
+}
