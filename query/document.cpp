@@ -71,5 +71,8 @@ bool cDocument::LoadFile(const std::string& a_s_path, TiXmlEncoding a_e_encoding
         SetValue(a_s_path);
         Parse(l_s_text.c_str(), nullptr, a_e_encoding);
     }
+    if (RootElement() == nullptr) {
+        SetError(TIXML_ERROR_DOCUMENT_EMPTY, nullptr, nullptr, a_e_encoding); // unless there is one
+    }
     return !Error();
 }

@@ -13,10 +13,13 @@ static bool Loads(const std::string& a_s_text)
     return cDocument().LoadFile("/tmp/whole", TIXML_DEFAULT_ENCODING);
 }
 
-TEST(Document, LoadsWhole)
+TEST(Document, LoadsOnlyWhole)
 {
     std::ifstream l_c_file(EXAMPLE_CONFIG);
     const std::string l_s_text(std::istreambuf_iterator<char>(l_c_file), {});
+    for (std::size_t l_u_length = 0; l_u_length < l_s_text.size() - 1; ++l_u_length) {
+        EXPECT_FALSE(Loads(l_s_text.substr(0, l_u_length))) << l_u_length;
+    }
     EXPECT_TRUE(Loads(l_s_text));
 
     // Now that one, now a shorter one stands under the name.
