@@ -7,6 +7,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <string_view>
+#include <sys/stat.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -60,6 +61,30 @@ struct sFileCloser
 {
     void operator()(std::FILE* a_p_file) const { std::fclose(a_p_file); }
 };
+
+// Opens a file as fopen() does for writing, but no FIFO: its opening and every write would wait for
+// a reader, maybe for ever. Gives null, with errno, where fopen() does.
+std::FILE* OpenUnlessFifo(const std::string& a_s_path)
+{
+    constexpr mode_t ALL_MAY_READ_AND_WRITE = 0666; // but for what the umask takes away
+    const int l_i_file =
+        open(a_s_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC,
+             ALL_MAY_READ_AND_WRITE);
+    if (l_i_file < 0) {
+        return nullptr;
+    }
+    std::FILE* l_p_file = nullptr;
+    struct stat l_c_status = {};
+    if (fstat(l_i_file, &l_c_status) == 0 && S_ISFIFO(l_c_status.st_mode)) {
+        errno = ENXIO;                             // as where there is no reader
+    } else if (fcntl(l_i_file, F_SETFL, 0) == 0) { // writing may wait: a device takes its time
+        l_p_file = fdopen(l_i_file, "w");
+    }
+    if (l_p_file == nullptr) {
+        close(l_i_file);
+    }
+    return l_p_file;
+}
 
 enum eParseState
 {
@@ -294,7 +319,7 @@ bool cMultipartParser::OpenUpload()
         syslog(LOG_ERR, "%s() - Unable to open tmp file for writing, filename is empty", FUNCTION);
         return false;
     }
-    m_p_uploadFile.reset(std::fopen(m_s_uploadPath.c_str(), "we"));
+    m_p_uploadFile.reset(OpenUnlessFifo(m_s_uploadPath));
     if (m_p_uploadFile == nullptr) {
         syslog(LOG_ERR, "%s() - Unable to open tmp file %s for writing: error %s", FUNCTION,
                m_s_uploadPath.c_str(), std::strerror(errno));
