@@ -16,36 +16,6 @@ namespace
 constexpr std::string_view PI_TEST = "processing-instruction";
 constexpr std::string_view WHITE_SPACE = " \t\r\n";
 
-bool StartsName(char a_i_byte)
-{
-    const auto l_u_code = static_cast<unsigned char>(a_i_byte);
-    return (l_u_code >= 'a' && l_u_code <= 'z') || (l_u_code >= 'A' && l_u_code <= 'Z') ||
-           l_u_code == '_' || l_u_code >= 0x80;
-}
-
-bool ContinuesName(char a_i_byte)
-{
-    return StartsName(a_i_byte) || (a_i_byte >= '0' && a_i_byte <= '9') || a_i_byte == '-' ||
-           a_i_byte == '.';
-}
-
-// The length of the token that the text begins with: a literal (up to the end of the text if it is
-// not closed), a name, or any other single byte.
-std::size_t TokenLength(std::string_view a_s_text)
-{
-    if (a_s_text[0] == '"' || a_s_text[0] == '\'') {
-        const std::size_t l_u_close = a_s_text.find(a_s_text[0], 1);
-        return l_u_close == std::string_view::npos ? a_s_text.size() : l_u_close + 1;
-    }
-    std::size_t l_u_length = 1;
-    if (StartsName(a_s_text[0])) {
-        while (l_u_length < a_s_text.size() && ContinuesName(a_s_text[l_u_length])) {
-            ++l_u_length;
-        }
-    }
-    return l_u_length;
-}
-
 // The length of a pair of parentheses with nothing between that the text begins with, white space
 // before and in it included; 0 if it begins with anything else.
 std::size_t EmptyParenthesesLength(std::string_view a_s_text)
@@ -59,23 +29,32 @@ std::size_t EmptyParenthesesLength(std::string_view a_s_text)
 }
 
 // A mirror holds processing instructions only in place of nodes that XPath must not take for such.
-// They have no name, so a test that asks for one, even an empty one, passes over them.
+// They have no name, so a test that asks for one, even an empty one, passes over them. A longer
+// name that ends in the word does not parse before parentheses, whatever they hold.
 std::string HideStandIns(std::string_view a_s_expression)
 {
     if (a_s_expression.find(PI_TEST) == std::string_view::npos) {
         return std::string(a_s_expression);
     }
     std::string l_s_hidden;
+    char l_i_quote = '\0'; // what began the literal that the walk is in
     while (!a_s_expression.empty()) {
-        const std::string_view l_s_token = a_s_expression.substr(0, TokenLength(a_s_expression));
-        l_s_hidden += l_s_token;
-        a_s_expression.remove_prefix(l_s_token.size());
-
-        const std::size_t l_u_empty = EmptyParenthesesLength(a_s_expression);
-        if (l_s_token == PI_TEST && l_u_empty != 0) {
-            l_s_hidden += "('')";
+        const char l_i_byte = a_s_expression[0];
+        if (l_i_quote == '\0' && a_s_expression.substr(0, PI_TEST.size()) == PI_TEST) {
+            l_s_hidden += PI_TEST;
+            a_s_expression.remove_prefix(PI_TEST.size());
+            const std::size_t l_u_empty = EmptyParenthesesLength(a_s_expression);
+            l_s_hidden += l_u_empty == 0 ? "" : "('')";
             a_s_expression.remove_prefix(l_u_empty);
+            continue;
         }
+        if (l_i_quote == l_i_byte) {
+            l_i_quote = '\0';
+        } else if (l_i_quote == '\0' && (l_i_byte == '"' || l_i_byte == '\'')) {
+            l_i_quote = l_i_byte;
+        }
+        l_s_hidden += l_i_byte;
+        a_s_expression.remove_prefix(1);
     }
     return l_s_hidden;
 }
