@@ -103,7 +103,7 @@ bool xpath_processor::sEvaluation::Prepare()
         m_p_mirror = cMirror::Of(*m_p_node);
         m_c_context = m_p_mirror->Counterpart(*m_p_node);
     } catch (const pugi::xpath_exception&) {
-        m_c_query.reset();
+        // Then there is no query, which tells it.
     }
     m_b_prepared = true;
     return m_c_query.has_value();

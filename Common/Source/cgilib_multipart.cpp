@@ -76,8 +76,9 @@ std::FILE* OpenUnlessFifo(const std::string& a_s_path)
     std::FILE* l_p_file = nullptr;
     struct stat l_c_status = {};
     if (fstat(l_i_file, &l_c_status) == 0 && S_ISFIFO(l_c_status.st_mode)) {
-        errno = ENXIO;                             // as where there is no reader
-    } else if (fcntl(l_i_file, F_SETFL, 0) == 0) { // writing may wait: a device takes its time
+        errno = ENXIO; // as where there is no reader
+    } else if (fcntl(l_i_file, F_SETFL, 0) == 0) {
+        // Writing may wait again: a device takes its time.
         l_p_file = fdopen(l_i_file, "w");
     }
     if (l_p_file == nullptr) {
