@@ -107,6 +107,11 @@ void ProvideStack()
     }
 }
 
+void SurviveFileSizeLimit()
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
 void BoundProcessorTime()
 {
     rusage l_c_used = {};

@@ -17,6 +17,11 @@ void BoundMemory();
 /// an expression of a few hundred terms, or a deep document, would end the process by SIGSEGV.
 void ProvideStack();
 
+/// Makes a write beyond the limit of a file's size fail, as it does on a full disk, instead of
+/// ending the process by SIGXFSZ. REQUIRES that nothing be forked any more that becomes another
+/// program: it would inherit this.
+void SurviveFileSizeLimit();
+
 /// Bounds the processor time of the process to what it has used by now and KESTO_CPU_LIMIT seconds
 /// more. When it is used up, one line at LOG_ERR tells so, and the process ends at once with exit
 /// status 255: nothing is written, and no destructor runs.
