@@ -12,13 +12,14 @@
 
 #include "paths.h"
 
-// The beginnings of what a client chooses about a request, or a server derives from that (RFC 3875,
-// 4.1, and what servers add).
+// The beginnings of what a client chooses about a request, or a server derives from that: RFC 3875,
+// 4.1, and what Apache, BusyBox httpd, lighttpd and nginx add, some by modules that take a client's
+// address from a header, or the document root and the port from the host that was asked for.
 static constexpr const char* const CLIENT_VARIABLES[] = {
-    "AUTH_",         "CONTENT_",         "DOCUMENT_URI=",  "HTTP_",
-    "PATH_INFO=",    "PATH_TRANSLATED=", "QUERY_STRING=",  "REDIRECT_",
-    "REMOTE_IDENT=", "REMOTE_USER=",     "REQUEST_",       "SCRIPT_",
-    "SERVER_NAME=",  "SERVER_PROTOCOL=", "UNENCODED_URL=",
+    "AUTH",      "CONTENT_", "DOCUMENT_",      "SERVER_NAME=",
+    "HTTP_",     "PATH_",    "QUERY_",         "SERVER_PORT=",
+    "REDIRECT_", "REMOTE_",  "REQUEST_",       "SERVER_PROTOCOL=",
+    "SCRIPT_",   "SSL_",     "UNENCODED_URL=", "SERVER_SIGNATURE=",
 };
 
 static bool IsClients(const char* a_p_variable)

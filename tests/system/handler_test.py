@@ -67,7 +67,7 @@ class Flow(unittest.TestCase):
     def test_both_peers_get_a_signal_that_no_response_waits_for(self):
         killall = pathlib.Path("/tmp/killall")
         killall.write_text('#!/bin/sh\nstreams=$(readlink /proc/$$/fd/[012])\necho $* $streams > /tmp/part.$3\n'
-                           'echo $HTTP_X $REQUEST_METHOD $SERVER_PORT $PPID >> /tmp/part.$3\n'
+                           'echo $HTTP_X $REQUEST_METHOD $SSL_X $REMOTE_HOST $SERVER_ADDR $PPID >> /tmp/part.$3\n'
                            "mv /tmp/part.$3 /tmp/told.$3\nexec sleep 1000\n")
         killall.chmod(0o755)
 
@@ -77,7 +77,7 @@ class Flow(unittest.TestCase):
                 harness.wait_for(told.exists)
                 self.assertRegex(told.read_text(), f"-q -USR2 {name} /dev/null /dev/null /dev/null\n80 {parent}\n$")
                 told.unlink()
-        seen = {"PATH": f"/tmp:{harness.PATH}", "HTTP_X": "y", "SERVER_PORT": "80"}
+        seen = {"PATH": f"/tmp:{harness.PATH}", "HTTP_X": "y", "SSL_X": "y", "REMOTE_HOST": "y", "SERVER_ADDR": "80"}
         install_config(b"<c>" + b"<v/>" * (2000 if harness.EMULATOR else 20000) + b"</c>")  # longer than a shell's start
         one_core = "taskset", "-c", str(min(os.sched_getaffinity(0))), harness.QUERY
         for method, status, command, parent in (("GET", 0, [harness.QUERY], r"\d+"), ("HEAD", 255, one_core, 1),
