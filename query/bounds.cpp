@@ -9,6 +9,7 @@
 #include <iterator>
 #include <new>
 #include <string_view>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -110,6 +111,11 @@ void ProvideStack()
 void SurviveFileSizeLimit()
 {
     std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void RefuseNewPrivileges()
+{
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
 }
 
 void BoundProcessorTime()

@@ -13,14 +13,18 @@
 /// so REQUIRES that nothing be forked any more that has to live longer.
 void BoundMemory();
 
-/// Raises the limit of the stack to the usual 8 MiB, or as far as the hard limit allows: below 1 MiB
-/// an expression of a few hundred terms, or a deep document, would end the process by SIGSEGV.
+/// Raises the limit of the stack to the usual 8 MiB, or as far as the hard limit allows: below 1
+/// MiB an expression of a few hundred terms, or a deep document, would end the process by SIGSEGV.
 void ProvideStack();
 
 /// Makes a write beyond the limit of a file's size fail, as it does on a full disk, instead of
 /// ending the process by SIGXFSZ. REQUIRES that nothing be forked any more that becomes another
 /// program: it would inherit this.
 void SurviveFileSizeLimit();
+
+/// Forbids the process, should it be taken over, to gain privileges by a program that it starts. It
+/// starts none any more: REQUIRES that nothing be forked any more that becomes another program.
+void RefuseNewPrivileges();
 
 /// Bounds the processor time of the process to what it has used by now and KESTO_CPU_LIMIT seconds
 /// more. When it is used up, one line at LOG_ERR tells so, and the process ends at once with exit

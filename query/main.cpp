@@ -81,6 +81,7 @@ int main(int a_i_count, char* a_p_arguments[])
     ProvideStack();
     BoundMemory();
     SurviveFileSizeLimit();
+    RefuseNewPrivileges();
     cCGI l_c_request(cCGI::eXHTML_1_0_TRANSITIONAL);
     if (!l_c_request.ParseData()) {
         syslog(LOG_ERR, "  main(): CGI parse failed.");

@@ -55,5 +55,6 @@ class Bodies(unittest.TestCase):
             harness.wait_for(lambda: STORED.stat().st_size > size - 100)
             status = pathlib.Path(f"/proc/{process.pid}/status").read_text()
             peaks.append(int(status.split("VmHWM:")[1].split()[0]))
+            self.assertIn("NoNewPrivs:\t1", status)
             self.assertEqual(process.communicate(END)[0], answer(a="1500", f=""))
         self.assertLess(peaks[1], peaks[0] + 512, "kilobytes")
