@@ -1,6 +1,7 @@
 #ifndef ACCUMULATOR_H
 #define ACCUMULATOR_H
 
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string_view>
@@ -35,7 +36,9 @@ public:
     std::string_view Bytes() const { return {m_p_storage + m_u_start, m_u_end - m_u_start}; }
 
     /// Where the next a_u_count bytes are to be put; Added() tells how many of them have come.
-    /// Invalidates what Bytes() gave.
+    /// Invalidates what Bytes() gave. REQUIRES that with what waits they are no more than the two
+    /// numbers that were given at construction: otherwise the program ends, as what comes from
+    /// outside would be written past the storage.
     char* Room(std::size_t a_u_count)
     {
         const std::string_view l_s_bytes = Bytes();
@@ -44,6 +47,9 @@ public:
             std::memmove(m_p_storage + START, l_s_bytes.data(), l_s_bytes.size());
             m_u_start = START;
             m_u_end = START + l_s_bytes.size();
+        }
+        if (m_u_size - m_u_end < a_u_count) {
+            std::abort();
         }
         return m_p_storage + m_u_end;
     }

@@ -113,6 +113,14 @@ TEST(MultipartBody, IsStoredOrTellsItsFault)
     EXPECT_EQ(std::get<2>(Parse(MULTIPART, l_s_long, 1)),
               START + FAULT + " - Entity Header length exceeds maximum allowable length." + BAD);
 
+    // What waits leaves room for a read.
+    std::string l_s_many;
+    for (int l_i_part = 0; l_i_part < 5000; ++l_i_part) {
+        l_s_many += l_s_a1;
+    }
+    const std::string l_s_content(262144, 'x');
+    EXPECT_EQ(std::get<3>(Parse(MULTIPART, l_s_many + Part(l_s_named, l_s_content) + END)), l_s_content);
+
     // The client has gone before it sent what it promised: what was complete by then stays.
     const std::string l_s_parsed = "7 ParseMultipartData - Parsed ";
     EXPECT_EQ(Parse(MULTIPART, l_s_a1 + l_s_fx, 1, "99999999999"),

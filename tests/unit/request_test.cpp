@@ -31,6 +31,8 @@ TEST(Request, CapturesTheEnvironmentAndCopiesWithoutIt)
     l_c_copy = l_c_source;
     EXPECT_TRUE(l_c_copy.GetEnvironment().empty() && l_c_copy.GetGetData().empty() && !l_c_copy.IsFileUpload());
     EXPECT_FALSE(l_c_copy.ParseData() || l_c_copy.ParseGetData() || l_c_copy.ParsePostData());
+    l_c_copy.GetEnvironment()["CONTENT_TYPE"] = "multipart/form-data; boundary=X";
+    EXPECT_FALSE(l_c_copy.ParsePostData());
     std::string l_s_field = "field";
     EXPECT_TRUE(!l_c_copy.GetFormElementVal(l_s_field) && l_c_source.GetFormElementVal(l_s_field));
     EXPECT_EQ(l_s_field + l_c_copy.Url() + l_c_copy.GetUploadFilename(), "valuename");
