@@ -22,9 +22,8 @@ struct sKept
 
 sKept& Kept()
 {
-    // Never destroyed: the end of the process takes a mirror down faster than its destructor.
-    static sKept& l_c_kept = *new sKept;
-    return l_c_kept;
+    static sKept s_c_kept;
+    return s_c_kept;
 }
 
 // What marks a node: an address inside the node, where no application's data can be.
