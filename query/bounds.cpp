@@ -19,8 +19,6 @@
 namespace
 {
 
-constexpr int NOTHING_WRITTEN = 255;
-
 #ifndef __has_feature
 #define __has_feature(feature) 0 // what Clang tells in this way GCC tells by a macro
 #endif

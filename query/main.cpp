@@ -22,7 +22,6 @@ namespace
 {
 
 constexpr int RESPONSE_WRITTEN = 0;
-constexpr int NOTHING_WRITTEN = -1;
 
 // Loads the document; what is too large for the memory that there is cannot be parsed.
 bool LoadConfigOnce(cDocument& a_c_document, const std::string& a_s_path, std::string& a_s_fault)
