@@ -28,6 +28,7 @@ constexpr bool MEMORY_IS_BOUNDED = false;
 constexpr bool MEMORY_IS_BOUNDED = KESTO_MEMORY_LIMIT != 0;
 #endif
 
+// Which resource: an enumeration in glibc, an int in musl.
 void Tighten(decltype(RLIMIT_AS) a_e_resource, rlim_t a_u_soft, rlim_t a_u_hard)
 {
     rlimit l_c_limit = {};
@@ -38,8 +39,9 @@ void Tighten(decltype(RLIMIT_AS) a_e_resource, rlim_t a_u_soft, rlim_t a_u_hard)
     }
 }
 
-// Called by operator new. To throw would not do: an evaluation would go on without the memory that
-// it lacks, to see only at its end, which may be long after, that it has no result.
+// Called by operator new. It does not throw, since no exception gets through the XPath engine: an
+// evaluation would carry on without the memory that it lacks, perhaps for long, and tell only at
+// its end that it has no result.
 [[noreturn]] void EndForWantOfMemory()
 {
     rlimit l_c_limit = {};

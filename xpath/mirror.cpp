@@ -29,8 +29,8 @@ sKept& Kept()
 // What marks a node: an address inside the node, where no application's data can be.
 void* MarkOf(const TiXmlNode& a_c_node)
 {
-    return const_cast<char*>(reinterpret_cast<const char*>(&a_c_node)) +
-           1; // NOLINT: never followed
+    // NOLINTNEXTLINE: never followed
+    return const_cast<char*>(reinterpret_cast<const char*>(&a_c_node)) + 1;
 }
 
 // User data is no part of the document, which stays as constant as it was given.

@@ -59,8 +59,9 @@ std::string HideStandIns(std::string_view a_s_expression)
     return l_s_hidden;
 }
 
-// The engine's memory, so that it is the program's new-handler that learns of a lack of it: the
-// engine itself, which no exception may pass through, carries on and reports it at the end.
+// The engine gets its memory from operator new, which calls the program's new-handler when there is
+// none: the engine itself would carry on, and report it at the end only. No exception may pass
+// through the engine, hence std::nothrow.
 void* Allocate(std::size_t a_u_size)
 {
     return ::operator new(a_u_size, std::nothrow);

@@ -163,8 +163,8 @@ cMultipartParser::cMultipartParser(const std::string& a_s_boundary, std::uint64_
     m_c_accumulator.Added(2);
 }
 
-// A read waits while steps can be taken with what there is and that fills a read: otherwise each
-// small part in front of a file would cost the memory of a read.
+// Nothing is read as long as a step can be taken and a read's worth of bytes waits: otherwise every
+// small part in front of a file would add a read to what is held in memory.
 bool cMultipartParser::Refill()
 {
     const std::size_t l_u_waiting = m_c_accumulator.Bytes().size();
@@ -264,8 +264,9 @@ void cMultipartParser::AcceptClosingBoundary()
     }
 }
 
-// Takes what certainly belongs to the content of the part, to whose end the parse needs more bytes
-// unless it has found the delimiter.
+// Takes what certainly belongs to the content of the part: all before the delimiter, or, while
+// there is none, all but a tail that may begin one. In the second case the next step needs more
+// bytes.
 std::string_view cMultipartParser::TakeContent()
 {
     const std::string_view l_s_bytes = m_c_accumulator.Bytes();

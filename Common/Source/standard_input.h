@@ -6,10 +6,10 @@
 #include <poll.h>
 #include <unistd.h>
 
-/// Tells what a read of stdin that came up short means. Returns false at the end of input and
-/// after an error: no more bytes will come. Otherwise standard input is non-blocking and merely
-/// empty: sleeps until it is readable or has ended, clears the stream's error state and returns
-/// true. REQUIRES: errno is still that of the read.
+/// To be called after a read of stdin that gave fewer bytes than were asked for. Returns false at
+/// the end of input and after an error: no more bytes will come. Otherwise standard input is
+/// non-blocking and merely empty: clears the stream's error state, sleeps until standard input is
+/// readable or has ended, and returns true. REQUIRES: errno is still that of the read.
 ///
 /// Each source has its own, so that a page which is linked with the library may use the name.
 static inline bool AwaitStandardInput()
