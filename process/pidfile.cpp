@@ -45,7 +45,8 @@ std::optional<std::int32_t> StoredPid(const std::string& a_s_path)
 }
 
 // The first word of the file, its white space aside; empty when the file cannot be read. NUL is no
-// white space: the word runs over the separators of a command line.
+// white space: the word runs over the separators of a command line. By std::ifstream it would bring
+// the locales in, and the static program would have 1.63 MB instead of 1.18.
 std::string ReadWord(const std::string& a_s_path)
 {
     std::string l_s_word;

@@ -8,17 +8,15 @@
 /// "/var/run/" + command name + ".pid", and keeps that file for its own lifetime.
 ///
 /// The file holds a pid in decimal and nothing else. After construction the guard is
-///   - inert: the own command name could not be read, or the file holds something else than a pid
-///   or
-///     cannot be read, so it is not ours; it stays as it is, and nothing is logged;
+///   - inert: the own command name could not be read; or the file cannot be read, or holds
+///     something else than a pid, so that it is not ours. It stays as it is, and nothing is logged;
 ///   - owner: the file was missing or empty, or held the pid of a process that is gone or runs
 ///     another program; it now holds the own pid;
 ///   - duplicate: the file names a live process of the same program and stays as it is.
 /// Two decisions that users may rely on:
-///   - A missing or empty file is written as well, not only one that names a dead process:
-///   otherwise
-///     no instance would ever leave its pid.
-///   - Only the guard that wrote the file removes it, and only while it still holds the own pid: a
+///   - A missing or empty file is written as well, not only one that names a dead process.
+///     Otherwise no instance would ever leave its pid.
+///   - Only the guard that wrote the file removes it, and only while it still holds the own pid. A
 ///     file that has come to be another instance's must not be taken away.
 /// There is no lock: of two instances that start at the same instant both can find no duplicate,
 /// and the later write wins. For one thread.
