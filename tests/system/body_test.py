@@ -44,7 +44,7 @@ class Bodies(unittest.TestCase):
         stored = STORED.read_bytes()
         self.assertTrue(stored and content.startswith(stored))
         limited = post(FIELD + FILE + content + END, MULTIPART, command=("prlimit", "--fsize=1:", harness.QUERY))
-        self.assertEqual((limited, STORED.read_bytes()), ((0, answer(a="1500", f=""), []), content[:1]))
+        self.assertEqual((*limited, STORED.read_bytes()), (0, answer(a="1500", f=""), [], content[:1]))
         self.assertFalse(harness.PID_FILE.exists())
 
     def test_memory_is_flat(self):
