@@ -1,9 +1,9 @@
 #ifndef BOUNDS_H
 #define BOUNDS_H
 
-// What one request may take of the device. A request names expressions of any kind, and not every
-// web server ends a program that goes on for ever. A tighter bound that the process was started
-// with stays in force.
+// What one request may take of the device, and what its process may do. A request names expressions
+// of any kind, and not every web server ends a program that goes on for ever. A tighter bound that
+// the process was started with stays in force.
 
 /// The exit status of a request for which nothing was written, or not all of it.
 constexpr int NOTHING_WRITTEN = 255;
