@@ -28,6 +28,7 @@ EXPECTED = re.compile(
     r"  cPidFile::cPidFile\(\): Found another instance of process running \(PROCESS: query, PID: \d+\)|"
     r"ParseMultipartData - (No boundary found in content type|Entity Header is NOT correct last header: BAD LENGTH)\.?|"
     r"ParseMultipartData\(\) - Unable to open tmp file for writing, filename is empty|"
+    r"\(mod_cgi\.c\.\d+\) CGI pid \d+ died with signal 13|"  # of a client that broke off
     r"\(server\.c\.\d+\) \[note\] sockets (disabled, connection limit reached|enabled again)")
 
 
