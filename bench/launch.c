@@ -15,14 +15,14 @@
 #include <time.h>
 #include <unistd.h>
 
-static long now(void)
+static long long now(void)
 {
     struct timespec time;
     clock_gettime(CLOCK_MONOTONIC, &time);
     return time.tv_sec * 1000000 + time.tv_nsec / 1000;
 }
 
-static long processor_time(const struct rusage* usage)
+static long long processor_time(const struct rusage* usage)
 {
     return (usage->ru_utime.tv_sec + usage->ru_stime.tv_sec) * 1000000 + usage->ru_utime.tv_usec +
            usage->ru_stime.tv_usec;
@@ -34,7 +34,7 @@ int main(int count, char** arguments)
     if (count != 2 || prctl(PR_SET_CHILD_SUBREAPER, 1) != 0 || pipe2(ends, O_CLOEXEC) != 0) {
         return 2;
     }
-    const long start = now();
+    const long long start = now();
     const pid_t child = vfork(); /* nothing of this process is copied at the child's cost */
     if (child == 0) {
         dup2(ends[1], STDOUT_FILENO);
@@ -45,19 +45,19 @@ int main(int count, char** arguments)
     static char answer[65536];
     while (read(ends[0], answer, sizeof answer) > 0) {
     }
-    const long answered = now();
+    const long long answered = now();
 
     int status = 0;
     struct rusage own;
     wait4(child, &status, 0, &own);
-    const long ended = now();
+    const long long ended = now();
 
-    long all = processor_time(&own);
+    long long all = processor_time(&own);
     struct rusage helper;
     while (wait4(-1, NULL, 0, &helper) > 0) {
         all += processor_time(&helper);
     }
-    printf("%ld %ld %ld %ld %ld %d\n", answered - start, ended - start, processor_time(&own), all,
+    printf("%lld %lld %lld %lld %ld %d\n", answered - start, ended - start, processor_time(&own), all,
            own.ru_maxrss, status);
     return 0;
 }
