@@ -1,50 +1,105 @@
 #include "heap.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <malloc.h>
+#include <new>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#if defined(M_MMAP_MAX) && defined(M_TRIM_THRESHOLD) && defined(MADV_POPULATE_WRITE)
-
 namespace
 {
 
-// What a document's tree and its mirror take for each byte of its text, measured on device
-// configurations. They are mostly pointers, hence the dependence on their size.
-constexpr std::uint64_t TREE_BYTES_PER_BYTE = sizeof(void*) * 7 / 4;
+// What a document's tree takes for each byte of its text: 6 bytes on 32-bit ARM and 9 on x86-64, as
+// measured on device configurations, and one to spare.
+constexpr std::uint64_t TREE_BYTES_PER_BYTE = 4 + sizeof(void*) * 3 / 4;
 
+// No more is mapped beforehand: a document of little markup would not use it.
 constexpr std::size_t LARGEST_MAPPED = std::size_t{4} << 20U;
+
+// A longer piece comes from malloc: the document's text and long values, which grow by moving,
+// would leave holes.
+constexpr std::size_t LONGEST_PIECE = 1024;
+
+// The block, and what of it has not been given out.
+char* g_p_begin = nullptr;
+char* g_p_next = nullptr;
+char* g_p_end = nullptr;
+
+std::size_t PageSize()
+{
+    return static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
 
 } // namespace
 
-void FetchHeapFor(const std::string& a_s_documentPath)
+cTreeMemory::cTreeMemory(const std::string& a_s_documentPath)
 {
     struct stat l_c_status = {};
-    if (stat(a_s_documentPath.c_str(), &l_c_status) != 0) {
+    if (g_p_begin != nullptr || stat(a_s_documentPath.c_str(), &l_c_status) != 0) {
         return;
     }
-    const auto l_u_page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    const std::size_t l_u_page = PageSize();
     const auto l_u_tree = std::min<std::uint64_t>(
-        static_cast<std::uint64_t>(l_c_status.st_size) * TREE_BYTES_PER_BYTE, PTRDIFF_MAX);
-    const auto l_u_size = static_cast<std::size_t>(l_u_tree) / l_u_page * l_u_page;
+        static_cast<std::uint64_t>(l_c_status.st_size) * TREE_BYTES_PER_BYTE, PTRDIFF_MAX / 2);
+    const auto l_u_size = static_cast<std::size_t>(l_u_tree) / l_u_page * l_u_page + l_u_page;
+    void* const l_p_block =
+        mmap(nullptr, l_u_size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (l_p_block == MAP_FAILED) {
+        return;
+    }
+#ifdef MADV_POPULATE_WRITE // Linux 5.14
+    madvise(l_p_block, std::min(l_u_size, LARGEST_MAPPED), MADV_POPULATE_WRITE);
+#endif
+    g_p_begin = g_p_next = static_cast<char*>(l_p_block);
+    g_p_end = g_p_begin + l_u_size;
+}
 
-    // The block has to come from the heap, and the heap to keep its pages when the block is freed.
-    mallopt(M_MMAP_MAX, 0);
-    mallopt(M_TRIM_THRESHOLD, -1);
-    void* const l_p_block = std::aligned_alloc(l_u_page, l_u_size);
-    if (l_p_block != nullptr) {
-        madvise(l_p_block, std::min(l_u_size, LARGEST_MAPPED), MADV_POPULATE_WRITE);
-        std::free(l_p_block);
+cTreeMemory::~cTreeMemory()
+{
+    const std::size_t l_u_page = PageSize();
+    const std::size_t l_u_used =
+        (static_cast<std::size_t>(g_p_next - g_p_begin) + l_u_page - 1) / l_u_page * l_u_page;
+    char* const l_p_unused = g_p_begin + l_u_used;
+    munmap(l_p_unused, static_cast<std::size_t>(g_p_end - l_p_unused));
+    g_p_next = g_p_end = l_p_unused;
+}
+
+#if !KESTO_SANITIZE
+
+void* operator new(std::size_t a_u_size)
+{
+    if (a_u_size <= LONGEST_PIECE && a_u_size <= static_cast<std::size_t>(g_p_end - g_p_next)) {
+        constexpr std::size_t ALIGNMENT = alignof(std::max_align_t);
+        void* const l_p_piece = g_p_next;
+        g_p_next += (std::max(a_u_size, std::size_t{1}) + ALIGNMENT - 1) / ALIGNMENT * ALIGNMENT;
+        return l_p_piece;
+    }
+    for (;;) {
+        void* const l_p_piece = std::malloc(std::max(a_u_size, std::size_t{1}));
+        if (l_p_piece != nullptr) {
+            return l_p_piece;
+        }
+        const std::new_handler l_p_handler = std::get_new_handler();
+        if (l_p_handler == nullptr) {
+            throw std::bad_alloc();
+        }
+        l_p_handler();
     }
 }
 
-#else
+void operator delete(void* a_p_piece) noexcept
+{
+    if (a_p_piece < g_p_begin || a_p_piece >= g_p_end) {
+        std::free(a_p_piece);
+    }
+}
 
-// A C library without mallopt, or headers from before Linux 5.14: nothing else depends on this.
-void FetchHeapFor(const std::string& /*a_s_documentPath*/) {}
+void operator delete(void* a_p_piece, std::size_t /*a_u_size*/) noexcept
+{
+    operator delete(a_p_piece);
+}
 
 #endif

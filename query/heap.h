@@ -3,11 +3,22 @@
 
 #include <string>
 
-/// Has the kernel extend the heap in one call by what loading the document will take, and map the
-/// first 4 MiB of that in another, instead of doing both piece by piece as the tree grows: together
-/// they are a good part of a short process's time. No more is mapped, since a document of little
-/// markup may not use it. Where the document or the memory is not to be had, or the kernel or the C
-/// library does not offer it, nothing changes.
-void FetchHeapFor(const std::string& a_s_documentPath);
+/// While it lives, operator new takes memory from one block that is sized for a document's tree, and
+/// operator delete leaves what came from there as it is: a tree is built of many small pieces that
+/// stay until the process ends, so that looking for free ones and keeping account of them is a
+/// twentieth of a request's time. The kernel gives the block in one call, the first 4 MiB of it
+/// mapped; what is left of it goes back at the end. Where the block, the document or the kernel's
+/// help is not to be had, or the block is full, memory comes from malloc as ever.
+///
+/// Not in builds with AddressSanitizer, whose own operator new sees more. For one thread.
+class cTreeMemory
+{
+public:
+    explicit cTreeMemory(const std::string& a_s_documentPath);
+    ~cTreeMemory();
+
+    cTreeMemory(const cTreeMemory&) = delete;
+    cTreeMemory& operator=(const cTreeMemory&) = delete;
+};
 
 #endif

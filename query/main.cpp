@@ -25,6 +25,7 @@ constexpr int RESPONSE_WRITTEN = 0;
 // Loads the document; what is too large for the memory that there is cannot be parsed.
 bool LoadConfigOnce(cDocument& a_c_document, const std::string& a_s_path, std::string& a_s_fault)
 {
+    const cTreeMemory l_c_memory(a_s_path);
     const std::new_handler l_p_handler = std::set_new_handler(nullptr);
     bool l_b_loaded = false;
     try {
@@ -95,7 +96,6 @@ int main(int a_i_count, char* a_p_arguments[])
         return NOTHING_WRITTEN;
     }
 
-    FetchHeapFor(l_s_configPath);
     cDocument l_c_document;
     std::string l_s_response = ERROR_RESPONSE;
     if (LoadConfig(l_c_document, l_s_configPath)) {
