@@ -74,7 +74,7 @@ static bool WaitForTheHandler()
 }
 
 // On the single core of a device the answer would otherwise queue behind two shells that start: on
-// a booted ARM system, with a document of 64 KB, 19.1 ms passed to its end where four yields were
+// the emulated device, with a document of 64 KB, 19.1 ms passed to its end where four yields were
 // all, 9.3 ms where both children waited, 9.0 ms without children. A lower priority instead would
 // let helpers pile up. With several cores shell and answer need not wait for each other.
 static void LetTheAnswerGoFirst()
