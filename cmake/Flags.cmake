@@ -1,5 +1,6 @@
 # Compiler and linker flags of every target of the project.
 include(CheckCXXCompilerFlag)
+include(CheckCXXSourceCompiles)
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -41,7 +42,7 @@ add_link_options(-Wl,--gc-sections)
 # that relocation has filled in turns read-only, no page can be written and executed.
 add_compile_options(-fstack-protector-strong)
 add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
-foreach(flag -fstack-clash-protection -fcf-protection)
+foreach(flag -fstack-clash-protection -fcf-protection -ftrivial-auto-var-init=zero)
   # -fcf-protection exists for x86 only, and GCC 12 has nothing like it for 32-bit ARM.
   string(MAKE_C_IDENTIFIER "HAVE${flag}" have)
   check_cxx_compiler_flag(${flag} ${have})
@@ -51,7 +52,15 @@ foreach(flag -fstack-clash-protection -fcf-protection)
 endforeach()
 if(NOT CMAKE_BUILD_TYPE STREQUAL Debug AND NOT KESTO_SANITIZE)
   # Needs optimisation, and would take checks away from the sanitizers.
-  add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+  # Level 3 asks for a C library and a compiler that know it; others warn.
+  set(CMAKE_REQUIRED_FLAGS "-O2 -Werror -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
+  check_cxx_source_compiles("#include <cstdio>\nint main() {}" HAVE_FORTIFY_3)
+  unset(CMAKE_REQUIRED_FLAGS)
+  set(fortify_level 2)
+  if(HAVE_FORTIFY_3)
+    set(fortify_level 3)
+  endif()
+  add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${fortify_level})
 endif()
 # Position-independent code everywhere, for executables of others that link our archives too. A
 # static program still starts at a fixed address: moving itself takes 4 % of the processor time of a
