@@ -39,9 +39,9 @@ class Servers(unittest.TestCase):
             self.assertEqual(curl(*options, *parts, url), answered(a="gateway-7", b="1500", f=""))
             self.assertEqual(STORED.read_bytes(), SOURCE.read_bytes())
         STORED.unlink()
-        if too_large:
-            os.truncate(SOURCE, 64 << 20)
-            self.assertEqual(curl("-F", f"f=@{SOURCE}", url)[1], too_large)
+        for program, limit in (("query", 64 << 20), ("page", 1 << 20)) if too_large else ():
+            os.truncate(SOURCE, limit)
+            self.assertEqual(curl("-F", f"f=@{SOURCE}", url + "/../" + program)[1], too_large)
             self.assertFalse(STORED.exists())
 
     def check_headers(self, folder, added):
