@@ -15,4 +15,13 @@
 /// shows its references.
 std::string EscapeHtml(const std::string& a_s_text);
 
+/// The text as it has to stand in a part of a URL: every byte but letters, digits and - . _ ~ as %
+/// and two hexadecimal digits (RFC 3986, 2.1). What it gives also fits into a cookie, and into HTML
+/// as it is. cCGI decodes fields by itself; cCGI::NormalizeData() decodes other texts.
+///
+///     "query?host=" + EscapeUrl("//user[@name='a & b']")
+///
+/// For one name or value, not for a whole URL, whose separators it would escape.
+std::string EscapeUrl(const std::string& a_s_text);
+
 #endif
