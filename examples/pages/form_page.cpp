@@ -6,6 +6,7 @@
 
 #include "form_controls.h"
 #include "head.h"
+#include "request.h"
 
 namespace
 {
@@ -89,7 +90,7 @@ void ShowSmallForms(const cCGI& a_c_page)
 int main()
 {
     cCGI l_c_page(cCGI::eXHTML_1_0_TRANSITIONAL);
-    const bool l_b_parsed = l_c_page.ParseData();
+    const bool l_b_parsed = Parsed(l_c_page);
 
     l_c_page.BeginHtml("Every control", {}, HeadLines(l_c_page, FORM_STYLE));
     l_c_page.DispLine(l_c_page.DecorateText(cCGI::eDISPLAY_H1, "Every control"));

@@ -15,6 +15,7 @@ constexpr const char* const ROW_STYLE = R"css(
 .row input[name=expression] { font-family: ui-monospace, "DejaVu Sans Mono", monospace; }
 .row:only-child input[type=button] { visibility: hidden; }
 td.empty::after { content: "empty"; color: #52606f; font-style: italic; }
+td.fault::after { content: "not XPath 1.0"; color: #86170e; }
 @media (min-width: 40rem) {
   .row + .row span { position: absolute; left: -999rem; }
 }

@@ -33,12 +33,22 @@ function readable(value) {
   return value.startsWith("<") ? value.replaceAll("&quot;", '"') : value;
 }
 
+// Whether it is XPath 1.0. The handler answers one that is not like one that selects nothing.
+function parses(expression) {
+  try {
+    return Boolean(document.createExpression(expression, () => "urn:any"));
+  } catch {
+    return false;
+  }
+}
+
 function showAnswers(fields, data) {
   for (const [key, expression] of fields) {
     const row = table.tBodies[0].insertRow();
     addCell(row, "Key", key);
     addCell(row, "Expression", expression);
     addCell(row, "Answer", readable(data[key]));
+    if (data[key] === "" && !parses(expression)) row.lastElementChild.className = "empty fault";
   }
   table.hidden = false;
 }

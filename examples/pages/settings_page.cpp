@@ -1,16 +1,16 @@
 // A settings form: comes back with what the client entered and an error beside each field that
 // cannot be accepted, or accepts with a message. Below it a table from the configuration document.
-// It changes nothing. A page that does also has to know who asks (the server's authentication) and
-// that the request comes from its own form (a Hidden field with a secret).
+// It changes nothing. A page that does also has to know who asks and that the request comes from
+// its own form, as login_page shows.
 #include <cgilib.h>
 #include <cgilib_escape.h>
 
-#include <iostream>
 #include <string>
 #include <tinyxml.h>
 
 #include "configuration.h"
 #include "head.h"
+#include "request.h"
 #include "settings.h"
 
 namespace
@@ -223,27 +223,12 @@ void ShowInterfaces(const cCGI& a_c_page, TiXmlDocument& a_c_document)
         a_c_page.Table({{"id", "interfaces"}}, "<caption>Interfaces</caption>\n" + l_s_rows)));
 }
 
-// Header fields of the answer go out before BeginHtml(), which ends the header.
-bool Parsed(cCGI& a_c_page)
-{
-    if (a_c_page.GetEnvironment()["REQUEST_METHOD"] == "HEAD") {
-        return a_c_page.ParseGetData(); // answered like GET; the server drops the body
-    }
-    if (a_c_page.ParseData()) {
-        return true;
-    }
-    std::cout << (a_c_page.IsPostRsp()
-                      ? "Status: 400 Bad Request\n"
-                      : "Status: 405 Method Not Allowed\nAllow: GET, HEAD, POST\n");
-    return false;
-}
-
 } // namespace
 
 int main()
 {
     cCGI l_c_page(cCGI::eXHTML_1_0_STRICT);
-    const bool l_b_submitted = Parsed(l_c_page) && l_c_page.IsPostRsp();
+    const bool l_b_submitted = ParsedOrRefused(l_c_page) && l_c_page.IsPostRsp();
     TiXmlDocument l_c_document;
     const bool l_b_loaded = l_c_document.LoadFile(CONFIG_PATH);
     const tTexts l_m_settings = l_b_submitted ? Submitted(l_c_page) : Configured(l_c_document);

@@ -8,6 +8,7 @@ import subprocess
 import unittest
 import urllib.parse
 import urllib.request
+import zlib
 
 import harness
 
@@ -19,7 +20,7 @@ FORM = """data:text/html;charset=utf-8,<form method=post action={} enctype={}><t
 # What a page shows, once it does: the handler's answer, the table of answers, what arrived.
 ANSWER = "document.querySelector('pre') && JSON.parse(document.querySelector('pre').textContent).data"
 TABLE = """!/Asking/.test(state.textContent) &&
-    [state, ...document.querySelectorAll("td")].map(element => element.textContent)"""
+    [state, ...document.querySelectorAll("td")].map(e => e.textContent || getComputedStyle(e, "::after").content)"""
 LISTING = r"""window.received && !window.seen && (window.seen = [document.querySelectorAll(".failed, script").length,
     Object.fromEntries(received.textContent.matchAll(/\S+(?= = '(.*?)'\n)/gs))])"""
 
@@ -29,6 +30,10 @@ SETTINGS = """!window.seen && (window.seen = [document.title, document.scripts.l
         document.getElementById(field.getAttribute("aria-describedby").split(" ")[0]).textContent])),
     Object.fromEntries(new FormData(settings)), [...document.querySelectorAll("#interfaces tr")].map(
         row => [...row.children].map(cell => cell.textContent.trim()).join("|"))])"""
+LOGIN = """!window.seen && (window.seen = [document.querySelector("h1 + p")?.textContent,
+    document.querySelector("[name=action]").value])"""
+RESULT = """!send.disabled && result.textContent.trim() && [result.textContent.trim(),
+    document.querySelector("progress").value > 2 ** 25, document.querySelector("progress").position]"""
 REPLACE = "\ue009a\ue000"  # Ctrl+A: what is typed next replaces the field's text
 
 
@@ -75,10 +80,11 @@ class Browser(unittest.TestCase):
 
     def test_query_page(self):
         self.call("/url", url=self.url + "/query_page")
-        steps = ["#add", ":focus <- <b>&", "input:invalid <- //location/text()", "[type=submit]"]
-        self.assertEqual(self.use(TABLE, *4 * ["[name=remove]"], *steps), [
-            "Answered: 2", "name server", "dns/server[@priority=1]", '<server priority="1">10.4.0.2</server>',
-            "<b>&", "//location/text()", "Süd-Werk, Halle 4 <Kühlung & Pumpen>"])
+        rows = (("<b>&", "//location/text()"), ("none", "//x:y[lang('en')]"), ("bad", "//mtu["))
+        steps = [step for key, text in rows for step in ("#add", f":focus <- {key}", f"input:invalid <- {text}")]
+        self.assertEqual(self.use(TABLE, *4 * ["[name=remove]"], *steps, "[type=submit]"), [
+            "Answered: 4", "name server", "dns/server[@priority=1]", '<server priority="1">10.4.0.2</server>',
+            *rows[0], "Süd-Werk, Halle 4 <Kühlung & Pumpen>", *rows[1], '"empty"', *rows[2], '"not XPath 1.0"'])
         self.take_pictures("query_page")
 
     def test_form_page(self):
@@ -109,13 +115,48 @@ class Browser(unittest.TestCase):
         sent["note"] += "\n"
         self.assertEqual(self.use(SETTINGS, *steps, "[type=submit]"), [title, 0, done, {}, sent, table])
 
-    def test_settings_page_for_any_client(self):
+    def test_pages_for_any_client(self):
         url = self.url + "/settings_page"
-        self.assertEqual([harness.curl(option, url)[1] for option in ("-XDELETE", "-I")], [405, 200])
+        self.assertEqual([harness.curl(way, url)[1] for way in ("-XDELETE", "-I", "-d@/dev/null")], [405, 200, 200])
         hostile = dict.fromkeys("hostname location method address mtu log ntp note".split(), "\"'<&>ä")
-        for form in (None, urllib.parse.urlencode(hostile).encode()):
-            # The document type does not know what is for screen readers only.
-            page = re.sub(rb' (aria-[a-z]+|role)="[^"]*"', b"", OPEN(url, form).read())
-            for xml, errors in ((page, 0), (page.replace(b' for="', b' for="un', 1), 1)):
+        pages = "settings_page login_page firmware_page frames_page frames_page?show=menu".split()
+        for path, form in (*((path, None) for path in pages), (pages[0], urllib.parse.urlencode(hostile).encode())):
+            # The document types do not know what is for screen readers only.
+            page = re.sub(rb' (aria-[a-z]+|role)="[^"]*"', b"", OPEN(f"{self.url}/{path}", form).read())
+            for xml, errors in ((page, 0), (page.replace(b"<head>", b"<head x=''>"), 1)):
                 lint = subprocess.run(["xmllint", "--nonet", "--valid", "--noout", "-"], input=xml, capture_output=True)
-                self.assertEqual((lint.returncode > 0, lint.stderr.count(b"an unknown ID")), (errors, errors), lint.stderr)
+                self.assertEqual((lint.returncode > 0, lint.stderr.count(b"attribute x")), 2 * (errors,), lint.stderr)
+
+    def test_frames_page(self):
+        self.call("/url", url=self.url + "/frames_page")
+        self.assertIsNone(self.use("frames.menu.document.links.length && [frames.menu.document.links[4].click()]")[0])
+        self.assertEqual(self.use("frames.content.document.title == 'Every control' && document.title"), "Device")
+
+    def test_login_page(self):
+        url = self.url + "/login_page"
+        fields = "-duser=admin&password=device&action=Log+in&token="
+        for cookie, token, status in (("", "", 403), ("token=", "", 403), ("token=a", "b", 403), ("token=a", "a", 303)):
+            self.assertEqual(harness.curl("-b", cookie, fields + token, url)[1], status)
+        for steps, seen in (([], [None, "Log in"]),
+                            (["#user <- admin", "[name=action]"], ["The name or the password is wrong.", "Log in"]),
+                            (["#password <- device", "[name=action]"], ["Logged in as admin.", "Log out"]),
+                            ([], [None, "Log out"]),
+                            (["[name=action]"], ["Logged out.", "Log in"])):
+            if not steps:
+                self.call("/url", url=url)  # anew
+            self.assertEqual(self.use(LOGIN, *steps), seen)
+
+    def test_firmware_page(self):
+        url, path, image = self.url + "/firmware_page", pathlib.Path("/tmp/mine/firmware.bin"), os.urandom(32 << 20)
+        path.parent.mkdir()
+        image += zlib.crc32(image).to_bytes(4, "little")
+        for content, told in ((image, "firmware.bin is intact. This page is an example: nothing was installed."),
+                              (image[:-1], "This is no image, or it was damaged on its way.")):
+            path.write_bytes(content)
+            self.call("/url", url=url)
+            self.assertEqual(self.use(RESULT, f"#image <- {path}", "#send"), [told, True, 1])
+            self.assertIn(told.encode(), harness.curl("-F", f"image=@{path}", url)[0])  # without the script
+        for part, size, status in ((f"image={path}", 0, 200), (f"image=@{path}", 48 << 20, 413)):
+            os.truncate(path, size)  # a path that a client sent is no upload
+            self.assertEqual(harness.curl("-F", part, url)[1], status)
+        self.assertEqual(list(pathlib.Path("/tmp").glob("firmware*")), [])

@@ -44,19 +44,7 @@ TEST(Request, CookiesAreFoundByNameAndUrlsEscaped)
 {
     clearenv();
     EXPECT_EQ(GetCookie(""), "");
-    setenv("HTTP_COOKIE", "ab=0; a=1=2;a=3;\tb=\"x \"; c; d=;e=5", 1);
-    std::string l_s_values;
-    for (const char* l_p_name : {"a", "b", "c", "d", "e", "x", "1"}) {
-        l_s_values += GetCookie(l_p_name) + ",";
-    }
-    EXPECT_EQ(l_s_values, "1=2,\"x \",,,5,,,");
-
-    std::string l_s_all;
-    for (int l_i_byte = 0; l_i_byte < 256; ++l_i_byte) {
-        l_s_all += static_cast<char>(l_i_byte);
-    }
-    std::string l_s_escaped = EscapeUrl(l_s_all);
-    EXPECT_EQ(l_s_escaped.substr(126, 74), "%2A%2B%2C-.%2F0123456789%3A%3B%3C%3D%3E%3F%40ABCDEFGHIJKLMNOPQRSTUVWXYZ%5B");
-    cCGI::NormalizeData(l_s_escaped);
-    EXPECT_EQ(l_s_escaped, l_s_all);
+    setenv("HTTP_COOKIE", "ab=0; a=1=2;a=3;\tb=\"x \"; c; d=5", 1);
+    EXPECT_EQ(GetCookie("a") + GetCookie("b") + GetCookie("c") + GetCookie("d"), "1=2\"x \"5");
+    EXPECT_EQ(EscapeUrl(std::string("AZaz09-._~ \0%&+/;\xFF", 18)), "AZaz09-._~%20%00%25%26%2B%2F%3B%FF");
 }

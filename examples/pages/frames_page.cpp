@@ -1,0 +1,55 @@
+// A frameset: the other pages beside a menu. In such a page the frameset stands in place of the
+// body, so that BeginHtml(), which begins one, cannot begin it.
+#include <cgilib.h>
+
+#include <iostream>
+
+#include "head.h"
+#include "request.h"
+
+namespace
+{
+
+void ShowFrames(const cCGI& a_c_page)
+{
+    const std::string l_s_frames =
+        a_c_page.Frame({{"name", "menu"}, {"title", "Menu"}}, "frames_page?show=menu") +
+        a_c_page.Frame({{"name", "content"}, {"title", "Page"}}, "settings_page") +
+        "<noframes><body><p><a href=\"frames_page?show=menu\">Menu</a></p></body></noframes>\n";
+    std::cout << "Content-type: text/html; charset=utf-8\n\n"
+                 "<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Frameset//EN\" "
+                 "\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-frameset.dtd\">\n"
+                 "<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\" xml:lang=\"en\">\n"
+                 "<head><title>Device</title></head>\n"
+              << a_c_page.Frameset({{"cols", "160,*"}}, l_s_frames) << "</html>\n";
+}
+
+void ShowMenu(cCGI& a_c_page)
+{
+    a_c_page.BeginHtml("Menu", {}, HeadLines(a_c_page, "a { display: block; }"));
+    const char* const l_pages[][2] = {{"settings_page", "Settings"},
+                                      {"firmware_page", "Firmware"},
+                                      {"login_page", "Login"},
+                                      {"query_page", "Queries"},
+                                      {"form_page", "Every control"}};
+    for (const auto& l_page : l_pages) {
+        a_c_page.DispLine(
+            a_c_page.Div({}, a_c_page.A({{"href", l_page[0]}, {"target", "content"}}, l_page[1])));
+    }
+    a_c_page.EndHtml();
+}
+
+} // namespace
+
+int main()
+{
+    // The menu's links name a frame, which the strict document type does not know.
+    cCGI l_c_page(cCGI::eXHTML_1_0_TRANSITIONAL);
+    ParsedOrRefused(l_c_page);
+    if (l_c_page.GetField("show") == "menu") {
+        ShowMenu(l_c_page);
+    } else {
+        ShowFrames(l_c_page);
+    }
+    return 0;
+}

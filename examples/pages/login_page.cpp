@@ -1,0 +1,183 @@
+// Logs a user in and out: a redirect after each POST, a session in a cookie, a message that
+// survives the redirect, and a token that keeps out other sites' forms.
+#include <cgilib.h>
+#include <cgilib_cookie.h>
+#include <cgilib_escape.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "head.h"
+#include "request.h"
+
+namespace
+{
+
+constexpr const char* const LOGIN_STYLE = R"css(
+form { max-width: 24rem; }
+label { display: block; margin-top: .75rem; }
+input[type=submit] { margin-top: 1rem; }
+.done { padding: .6rem .8rem; background: #e6f4ea; border-left: 4px solid #1e7d3c; }
+)css";
+
+constexpr const char* const SESSION_FOLDER = "/tmp/login_page";
+constexpr const char* const SESSION_FILE = "/tmp/login_page/session";
+
+// A device looks the user up in a file of its own and tests the password by crypt(3).
+bool IsKnown(const std::string& a_s_user, const std::string& a_s_password)
+{
+    return a_s_user == "admin" && a_s_password == "device";
+}
+
+// What nobody can guess: 122 random bits of the kernel's.
+std::string Secret()
+{
+    std::string l_s_secret;
+    if (!std::getline(std::ifstream("/proc/sys/kernel/random/uuid"), l_s_secret)) {
+        std::exit(EXIT_FAILURE);
+    }
+    return l_s_secret;
+}
+
+// ---- Header fields, each a line before BeginHtml() or the end of the header ----
+
+// No script reads these cookies and no other site's page sends them. Over TLS add "; Secure".
+void SetCookie(const std::string& a_s_name, const std::string& a_s_value)
+{
+    std::cout << "Set-Cookie: " << a_s_name << "=" << a_s_value << "; HttpOnly; SameSite=Strict\n";
+}
+
+void RemoveCookie(const std::string& a_s_name)
+{
+    std::cout << "Set-Cookie: " << a_s_name << "=; Max-Age=0\n";
+}
+
+// The answer to a POST: the browser asks for the page anew, and to load that again sends no form
+// again. The status comes first, or the server takes the location for one of its own.
+void Redirect(const std::string& a_s_page, const std::string& a_s_message)
+{
+    std::cout << "Status: 303 See Other\n";
+    SetCookie("message", EscapeUrl(a_s_message)); // a cookie takes neither blank nor semicolon
+    std::cout << "Location: " << a_s_page << "\n\n";
+}
+
+std::string TakeMessage()
+{
+    std::string l_s_message = GetCookie("message");
+    cCGI::NormalizeData(l_s_message);
+    if (!l_s_message.empty()) {
+        RemoveCookie("message");
+    }
+    return l_s_message;
+}
+
+// ---- The session: one at a time, that of the last login. A device also ends it after a while ----
+
+// No upload gets into a folder below /tmp, but other users might have made it, with a session in
+// it.
+bool HasOwnFolder()
+{
+    mkdir(SESSION_FOLDER, S_IRWXU);
+    struct stat l_c_folder = {};
+    return lstat(SESSION_FOLDER, &l_c_folder) == 0 && S_ISDIR(l_c_folder.st_mode) &&
+           l_c_folder.st_uid == geteuid();
+}
+
+bool BeginSession()
+{
+    const std::string l_s_secret = Secret();
+    SetCookie("session", l_s_secret);
+    return HasOwnFolder() && (std::ofstream(SESSION_FILE) << l_s_secret << std::endl);
+}
+
+bool HasSession()
+{
+    std::string l_s_secret;
+    return HasOwnFolder() && std::getline(std::ifstream(SESSION_FILE), l_s_secret) &&
+           !l_s_secret.empty() && l_s_secret == GetCookie("session");
+}
+
+// ---- The page ----
+
+// Another site's page can send a form here, but does not know what the cookie holds.
+bool IsFromOwnForm(const cCGI& a_c_page)
+{
+    const std::string l_s_token = GetCookie("token");
+    return !l_s_token.empty() && l_s_token == a_c_page.GetField("token");
+}
+
+// Does what the form asks for and redirects, or gives what is wrong with it.
+std::string Serve(const cCGI& a_c_page)
+{
+    if (!IsFromOwnForm(a_c_page)) {
+        return "Please send the form again. The browser has to accept cookies.";
+    }
+    if (a_c_page.GetField("action") == "Log out") {
+        std::remove(SESSION_FILE);
+        Redirect("login_page", "Logged out.");
+        return "";
+    }
+    if (!IsKnown(a_c_page.GetField("user"), a_c_page.GetField("password"))) {
+        return "The name or the password is wrong.";
+    }
+    if (!BeginSession()) {
+        return "The session cannot be stored.";
+    }
+    Redirect("login_page", "Logged in as " + a_c_page.GetField("user") + ".");
+    return "";
+}
+
+void ShowForm(cCGI& a_c_page, const std::string& a_s_token)
+{
+    const std::string l_s_hidden = a_c_page.Hidden({{"name", "token"}}, EscapeHtml(a_s_token));
+    const std::string l_s_login =
+        "<label for=\"user\">Name</label>\n" +
+        a_c_page.Text({{"id", "user"}, {"name", "user"}}, EscapeHtml(a_c_page.GetField("user"))) +
+        "<label for=\"password\">Password</label>\n" +
+        a_c_page.Password({{"id", "password"}, {"name", "password"}}) +
+        a_c_page.Submit({{"class", "main"}, {"name", "action"}}, "Log in");
+    a_c_page.BeginForm({{"action", "login_page"}, {"method", "post"}});
+    a_c_page.DispText(a_c_page.Div(
+        {}, l_s_hidden +
+                (HasSession() ? a_c_page.Submit({{"name", "action"}}, "Log out") : l_s_login)));
+    a_c_page.EndForm();
+}
+
+void Show(cCGI& a_c_page, const std::string& a_s_fault)
+{
+    const std::string l_s_message = TakeMessage();
+    const std::string l_s_token = GetCookie("token").empty() ? Secret() : GetCookie("token");
+    SetCookie("token", l_s_token);
+    std::cout << "Cache-Control: no-store\n"; // a page for one user, with a secret in it
+    a_c_page.BeginHtml("Login", {}, HeadLines(a_c_page, LOGIN_STYLE));
+    a_c_page.DispLine(a_c_page.DecorateText(cCGI::eDISPLAY_H1, "Login"));
+    if (!a_s_fault.empty()) {
+        a_c_page.DispLine(R"(<p class="failed" role="alert">)" + a_s_fault + "</p>");
+    } else if (!l_s_message.empty()) {
+        a_c_page.DispLine(R"(<p class="done" role="status">)" + EscapeHtml(l_s_message) + "</p>");
+    }
+    ShowForm(a_c_page, l_s_token);
+    a_c_page.EndHtml();
+}
+
+} // namespace
+
+int main()
+{
+    cCGI l_c_page(cCGI::eXHTML_1_0_STRICT);
+    if (!ParsedOrRefused(l_c_page) || !l_c_page.IsPostRsp()) {
+        Show(l_c_page, "");
+        return 0;
+    }
+    const std::string l_s_fault = Serve(l_c_page);
+    if (!l_s_fault.empty()) {
+        std::cout << "Status: 403 Forbidden\n";
+        Show(l_c_page, l_s_fault);
+    }
+    return 0;
+}
