@@ -12,16 +12,18 @@ namespace
 
 void ShowFrames(const cCGI& a_c_page)
 {
-    const std::string l_s_frames =
-        a_c_page.Frame({{"name", "menu"}, {"title", "Menu"}}, "frames_page?show=menu") +
-        a_c_page.Frame({{"name", "content"}, {"title", "Page"}}, "settings_page") +
-        "<noframes><body><p><a href=\"frames_page?show=menu\">Menu</a></p></body></noframes>\n";
-    std::cout << "Content-type: text/html; charset=utf-8\n\n"
-                 "<!DOCTYPE html PUBLIC \"-//W3C//DTD XHTML 1.0 Frameset//EN\" "
-                 "\"http://www.w3.org/TR/xhtml1/DTD/xhtml1-frameset.dtd\">\n"
-                 "<html xmlns=\"http://www.w3.org/1999/xhtml\" lang=\"en\" xml:lang=\"en\">\n"
-                 "<head><title>Device</title></head>\n"
-              << a_c_page.Frameset({{"cols", "160,*"}}, l_s_frames) << "</html>\n";
+    const cCGI::tStrings l_c_frames = {
+        a_c_page.Frame({{"name", "menu"}}, "frames_page?show=menu"),
+        a_c_page.Frame({{"name", "content"}}, "settings_page"),
+    };
+    std::cout << R"(Content-type: text/html; charset=utf-8
+
+<!DOCTYPE html PUBLIC "-//W3C//DTD XHTML 1.0 Frameset//EN"
+ "http://www.w3.org/TR/xhtml1/DTD/xhtml1-frameset.dtd">
+<html xmlns="http://www.w3.org/1999/xhtml" lang="en" xml:lang="en">
+<head><title>Device</title></head>
+)" << a_c_page.Frameset({{"cols", "160,*"}}, l_c_frames)
+              << "</html>\n";
 }
 
 void ShowMenu(cCGI& a_c_page)

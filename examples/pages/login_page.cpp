@@ -46,34 +46,41 @@ std::string Secret()
 
 // ---- Header fields, each a line before BeginHtml() or the end of the header ----
 
-// No script reads these cookies and no other site's page sends them. Over TLS add "; Secure".
+// No script reads these cookies, and no other site's page has them sent.
+// Over TLS add "; Secure".
 void SetCookie(const std::string& a_s_name, const std::string& a_s_value)
 {
-    std::cout << "Set-Cookie: " << a_s_name << "=" << a_s_value << "; HttpOnly; SameSite=Strict\n";
+    const char* const l_p_scope = "; HttpOnly; SameSite=Strict\n";
+    std::cout << "Set-Cookie: " << a_s_name << "=" << a_s_value << l_p_scope;
 }
 
-void RemoveCookie(const std::string& a_s_name)
-{
-    std::cout << "Set-Cookie: " << a_s_name << "=; Max-Age=0\n";
-}
-
-// The answer to a POST: the browser asks for the page anew, and to load that again sends no form
-// again. The status comes first, or the server takes the location for one of its own.
+// The answer to a POST: the browser asks for the page by GET, and loading
+// that again sends no form again. The status comes first, or the server
+// takes the location for one of its own.
 void Redirect(const std::string& a_s_page, const std::string& a_s_message)
 {
     std::cout << "Status: 303 See Other\n";
-    SetCookie("message", EscapeUrl(a_s_message)); // a cookie takes neither blank nor semicolon
+    SetCookie("message", EscapeUrl(a_s_message));
     std::cout << "Location: " << a_s_page << "\n\n";
 }
 
+// To be shown through EscapeHtml(): a cookie is a client's text.
 std::string TakeMessage()
 {
     std::string l_s_message = GetCookie("message");
     cCGI::NormalizeData(l_s_message);
     if (!l_s_message.empty()) {
-        RemoveCookie("message");
+        std::cout << "Set-Cookie: message=; Max-Age=0\n";
     }
     return l_s_message;
+}
+
+// The form bears the cookie's secret in a Hidden field. Another site's page
+// can send a form here, but does not know the secret.
+bool IsFromOwnForm(const cCGI& a_c_page)
+{
+    const std::string l_s_token = GetCookie("token");
+    return !l_s_token.empty() && l_s_token == a_c_page.GetField("token");
 }
 
 // ---- The session: one at a time, that of the last login. A device also ends it after a while ----
@@ -103,13 +110,6 @@ bool HasSession()
 }
 
 // ---- The page ----
-
-// Another site's page can send a form here, but does not know what the cookie holds.
-bool IsFromOwnForm(const cCGI& a_c_page)
-{
-    const std::string l_s_token = GetCookie("token");
-    return !l_s_token.empty() && l_s_token == a_c_page.GetField("token");
-}
 
 // Does what the form asks for and redirects, or gives what is wrong with it.
 std::string Serve(const cCGI& a_c_page)

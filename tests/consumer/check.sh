@@ -1,7 +1,7 @@
 #!/bin/sh
 # Uses the development package in folder $2 as the author of a page does, with the compiler $CXX: the
-# example pages by CMake, the example of the manual page by pkg-config, overloads.cpp in folder $1 by
-# every standard of C++. No name of the library may stand in the way of a page's own.
+# example pages, which the manual page quotes, by CMake, its own example by pkg-config, overloads.cpp in
+# folder $1 by every standard of C++. No name of the library may stand in the way of a page's own.
 # shellcheck disable=SC2086 # flags are words
 set -eu
 tree=$(mktemp -d)
@@ -17,11 +17,14 @@ cmake -G Ninja -S "$usr/share/doc/libcgilib-dev/examples/pages" -B "$tree/pages"
 cmake --build "$tree/pages"
 grep -q std=gnu++11 "$tree/pages/build.ninja"
 
-gzip -dc "$usr/share/man/man3/cgilib.3.gz" |
-    sed -n '/^#include/,/^\.Ed/{/^\.Ed/d; s/\\e/\\/g; p;}' >"$tree/greeting.cpp"
+gzip -dc "$usr/share/man/man3/cgilib.3.gz" >"$tree/manual"
+sed -n '/^#include/,/^\.Ed/{/^\.Ed/d; s/\\e/\\/g; p;}' "$tree/manual" >"$tree/greeting.cpp"
 "$CXX" "$tree/greeting.cpp" -o "$tree/greeting" $flags
 REQUEST_METHOD=GET QUERY_STRING='name=%22%3E%3Cscript%3E' ${KESTO_EMULATOR:-} "$tree/greeting" >"$tree/page.html"
 grep 'Hello.*&quot;&gt;&lt;script&gt;' "$tree/page.html"
+sed -n '/^\(void\|bool\|std::string\) .*)$/,/^}/{s/\\e/\\/g; p;}' "$tree/manual" >"$tree/quoted"
+cat "$usr"/share/doc/libcgilib-dev/examples/pages/*_page.cpp >"$tree/pages.cpp"
+if ! grep -q Set-Cookie "$tree/quoted" || grep -vxFf "$tree/pages.cpp" "$tree/quoted"; then exit 1; fi
 
 for standard in 11 14 17 20 2b; do
     for compiler in "$CXX" $(command -v clang++ || true); do
