@@ -55,12 +55,14 @@ void SetCookie(const std::string& a_s_name, const std::string& a_s_value)
 }
 
 // The answer to a POST: the browser asks for the page by GET, and loading
-// that again sends no form again. The status comes first, or the server
-// takes the location for one of its own.
-void Redirect(const std::string& a_s_page, const std::string& a_s_message)
+// that again sends no form again. The status is the first line: servers may
+// pass it over in another, or take the location for one of their own.
+void Redirect(const std::string& a_s_page, const cCGI::tFormData& a_m_cookies)
 {
     std::cout << "Status: 303 See Other\n";
-    SetCookie("message", EscapeUrl(a_s_message));
+    for (const auto& l_c_cookie : a_m_cookies) {
+        SetCookie(l_c_cookie.first, EscapeUrl(l_c_cookie.second));
+    }
     std::cout << "Location: " << a_s_page << "\n\n";
 }
 
@@ -95,11 +97,13 @@ bool HasOwnFolder()
            l_c_folder.st_uid == geteuid();
 }
 
-bool BeginSession()
+// Its secret, or nothing if it could not be stored.
+std::string BeginSession()
 {
     const std::string l_s_secret = Secret();
-    SetCookie("session", l_s_secret);
-    return HasOwnFolder() && (std::ofstream(SESSION_FILE) << l_s_secret << std::endl);
+    const bool l_b_stored =
+        HasOwnFolder() && (std::ofstream(SESSION_FILE) << l_s_secret << std::endl);
+    return l_b_stored ? l_s_secret : "";
 }
 
 bool HasSession()
@@ -119,16 +123,18 @@ std::string Serve(const cCGI& a_c_page)
     }
     if (a_c_page.GetField("action") == "Log out") {
         std::remove(SESSION_FILE);
-        Redirect("login_page", "Logged out.");
+        Redirect("login_page", {{"message", "Logged out."}});
         return "";
     }
     if (!IsKnown(a_c_page.GetField("user"), a_c_page.GetField("password"))) {
         return "The name or the password is wrong.";
     }
-    if (!BeginSession()) {
+    const std::string l_s_session = BeginSession();
+    if (l_s_session.empty()) {
         return "The session cannot be stored.";
     }
-    Redirect("login_page", "Logged in as " + a_c_page.GetField("user") + ".");
+    Redirect("login_page", {{"message", "Logged in as " + a_c_page.GetField("user") + "."},
+                            {"session", l_s_session}});
     return "";
 }
 
