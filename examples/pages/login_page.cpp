@@ -87,8 +87,7 @@ bool IsFromOwnForm(const cCGI& a_c_page)
 
 // ---- The session: one at a time, that of the last login. A device also ends it after a while ----
 
-// No upload gets into a folder below /tmp, but other users might have made it, with a session in
-// it.
+// No upload gets into a folder below /tmp, but others might have made it, with a session in it.
 bool HasOwnFolder()
 {
     mkdir(SESSION_FOLDER, S_IRWXU);
@@ -121,7 +120,7 @@ std::string Serve(const cCGI& a_c_page)
     if (!IsFromOwnForm(a_c_page)) {
         return "Please send the form again. The browser has to accept cookies.";
     }
-    if (a_c_page.GetField("action") == "Log out") {
+    if (HasSession() && a_c_page.GetField("action") == "Log out") {
         std::remove(SESSION_FILE);
         Redirect("login_page", {{"message", "Logged out."}});
         return "";
