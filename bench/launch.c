@@ -57,7 +57,7 @@ int main(int count, char** arguments)
     while (wait4(-1, NULL, 0, &helper) > 0) {
         all += processor_time(&helper);
     }
-    printf("%lld %lld %lld %lld %ld %d\n", answered - start, ended - start, processor_time(&own), all,
-           own.ru_maxrss, status);
+    printf("%lld %lld %lld %lld %ld %d\n", answered - start, ended - start, processor_time(&own),
+           all, own.ru_maxrss, status);
     return 0;
 }
