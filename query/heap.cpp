@@ -19,10 +19,6 @@ constexpr std::uint64_t TREE_BYTES_PER_BYTE = 4 + sizeof(void*) * 3 / 4;
 // No more is mapped beforehand: a document of little markup would not use it.
 constexpr std::size_t LARGEST_MAPPED = std::size_t{4} << 20U;
 
-// A longer piece comes from malloc: the document's text and long values, which grow by moving,
-// would leave holes.
-constexpr std::size_t LONGEST_PIECE = 1024;
-
 // The block, and what of it has not been given out.
 char* g_p_begin = nullptr;
 char* g_p_next = nullptr;
@@ -68,6 +64,10 @@ cTreeMemory::~cTreeMemory()
 }
 
 #if !KESTO_SANITIZE
+
+// A longer piece comes from malloc: the document's text and long values, which grow by moving,
+// would leave holes.
+constexpr std::size_t LONGEST_PIECE = 1024;
 
 void* operator new(std::size_t a_u_size)
 {
