@@ -16,9 +16,6 @@ namespace
 // measured on device configurations, and one to spare.
 constexpr std::uint64_t TREE_BYTES_PER_BYTE = 4 + sizeof(void*) * 3 / 4;
 
-// No more is mapped beforehand: a document of little markup would not use it.
-constexpr std::size_t LARGEST_MAPPED = std::size_t{4} << 20U;
-
 // The block, and what of it has not been given out.
 char* g_p_begin = nullptr;
 char* g_p_next = nullptr;
@@ -46,9 +43,6 @@ cTreeMemory::cTreeMemory(const std::string& a_s_documentPath)
     if (l_p_block == MAP_FAILED) {
         return;
     }
-#ifdef MADV_POPULATE_WRITE // Linux 5.14
-    madvise(l_p_block, std::min(l_u_size, LARGEST_MAPPED), MADV_POPULATE_WRITE);
-#endif
     g_p_begin = g_p_next = static_cast<char*>(l_p_block);
     g_p_end = g_p_begin + l_u_size;
 }
