@@ -26,7 +26,7 @@ sed -n '/^\(void\|bool\|std::string\) .*)$/,/^}/{s/\\e/\\/g; p;}' "$tree/manual"
 cat "$usr"/share/doc/libcgilib-dev/examples/pages/*_page.cpp >"$tree/pages.cpp"
 if ! grep -q Set-Cookie "$tree/quoted" || grep -vxFf "$tree/pages.cpp" "$tree/quoted"; then exit 1; fi
 
-for standard in 11 14 17 20 2b; do
+for standard in ${KESTO_STANDARDS:-11 14 17 20 2b}; do
     for compiler in "$CXX" $(command -v clang++ || true); do
         "$compiler" -std=c++$standard -I"$usr/include" -fsyntax-only "$1/overloads.cpp"
     done
