@@ -27,7 +27,7 @@ public:
     /// a_u_read bytes fits into behind a_u_waiting bytes that wait.
     cAccumulator(std::unique_ptr<char[]>& a_p_storage, std::size_t a_u_waiting,
                  std::size_t a_u_read)
-        : m_u_size(START + a_u_waiting + a_u_read)
+        : m_u_size(a_u_waiting + a_u_read)
     {
         a_p_storage.reset(new char[m_u_size]);
         m_p_storage = a_p_storage.get();
@@ -42,11 +42,11 @@ public:
     char* Room(std::size_t a_u_count)
     {
         const std::string_view l_s_bytes = Bytes();
-        const bool l_b_cheap = l_s_bytes.size() <= m_u_start - START;
+        const bool l_b_cheap = l_s_bytes.size() <= m_u_start;
         if (l_b_cheap || m_u_size - m_u_end < a_u_count) {
-            std::memmove(m_p_storage + START, l_s_bytes.data(), l_s_bytes.size());
-            m_u_start = START;
-            m_u_end = START + l_s_bytes.size();
+            std::memmove(m_p_storage, l_s_bytes.data(), l_s_bytes.size());
+            m_u_start = 0;
+            m_u_end = l_s_bytes.size();
         }
         if (m_u_size - m_u_end < a_u_count) {
             std::abort();
@@ -75,14 +75,10 @@ public:
     }
 
 private:
-    // malloc gives large blocks 16 bytes into a page, and some processors copy from the start of
-    // one page to just behind the start of another ten times slower than elsewhere.
-    static constexpr std::size_t START = 64;
-
     const std::size_t m_u_size;
     char* m_p_storage;
-    std::size_t m_u_start = START;
-    std::size_t m_u_end = START;
+    std::size_t m_u_start = 0;
+    std::size_t m_u_end = 0;
     std::size_t m_u_searched = 0; // no wanted text begins before this position
 };
 
