@@ -27,6 +27,22 @@ function(find_xml_library name header)
                                                 INTERFACE_INCLUDE_DIRECTORIES "${${upper}_INCLUDE_DIR}")
 endfunction()
 
+# Builds TinyXML with this project's flags, but for its warnings.
+function(build_tinyxml folder)
+  set(sources tinyxml.cpp tinyxmlerror.cpp tinyxmlparser.cpp)
+  foreach(file tinyxml.h ${sources})
+    if(NOT EXISTS ${folder}/${file})
+      message(FATAL_ERROR "KESTO_TINYXML_SOURCE names ${folder}, where there is no ${file}.")
+    endif()
+  endforeach()
+  list(TRANSFORM sources PREPEND ${folder}/)
+  add_library(built_tinyxml STATIC ${sources})
+  target_compile_definitions(built_tinyxml PUBLIC TIXML_USE_STL)
+  target_compile_options(built_tinyxml PRIVATE -w)
+  target_include_directories(built_tinyxml SYSTEM PUBLIC ${folder})
+  add_library(xml::tinyxml ALIAS built_tinyxml)
+endfunction()
+
 # Ends the configuration with a reason, and what the linker said, where the program's own linking would
 # fail with none.
 function(require_linking result source reason)
@@ -48,8 +64,12 @@ if(KESTO_STATIC)
 libstdc++.a), or link dynamically with -DKESTO_STATIC=OFF.")
 endif()
 
-find_xml_library(tinyxml tinyxml.h)
 find_xml_library(pugixml pugixml.hpp)
+if(KESTO_TINYXML_SOURCE)
+  build_tinyxml(${KESTO_TINYXML_SOURCE})
+  return()
+endif()
+find_xml_library(tinyxml tinyxml.h)
 
 # The header as its author ships it leaves it to the user whether texts are std::string; what the
 # library was built with has to agree.
