@@ -41,3 +41,14 @@ grep -q ' cCGI::ParseData()$' "$tree/names"
 own='cCGI::|(vtable|typeinfo|typeinfo name) for cCGI$|Htoi\(|Escape(Html|Url)\(|GetCookie\(|operator<<\(std::ostream&, cCGI const&\)$'
 foreign=$(sed 's/^[0-9a-f]* . //' "$tree/names" | grep -vE "^($own|(void )?std::)" || true)
 [ -z "$foreign" ] || { echo "These names may be a page's own: $foreign" >&2 && exit 1; }
+
+# The packages install, and leave nothing behind when they are purged; nor does the second time.
+mkdir -p "$tree/root/var/lib/dpkg/info" "$tree/root/var/lib/dpkg/updates"
+touch "$tree/root/var/lib/dpkg/status"
+manage="dpkg --root=$tree/root --log=/dev/null --force-not-root --force-bad-path --force-depends --force-architecture"
+for _ in first second; do
+    $manage -i "$2"/*.deb
+    test -x "$tree/root/usr/lib/cgi-bin/query"
+    $manage -P kesto-query libcgilib-dev
+    test -z "$(find "$tree/root" -path '*/var/lib/dpkg' -prune -o -type f -print)"
+done
