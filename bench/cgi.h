@@ -1,11 +1,12 @@
-/* What the peers share: a request's fields and the handler's answer, in C that C++ takes as well.
- * Only what the benchmark asks: no pid file, no signals, no bodies, names once and in order. */
+/* Shared by the peers: parses a request's fields and prints the handler's answer, in C that also
+ * compiles as C++. Only what the benchmark needs: no pid file, no signals, no bodies, and names
+ * that are unique and in order. */
 #pragma once
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
-/* The peers read the very document that the shipped handler reads. */
+/* The same document that the shipped handler reads. */
 #define CONFIG_PATH "/home/httpd/kestoconfig/conf/config.xml"
 
 static inline int digit(char letter)
@@ -27,7 +28,7 @@ static inline void decode(char* text)
     *write = '\0';
 }
 
-/* Prints a JSON string's content; what stands for a double quote differs by the value's kind. */
+/* Prints a JSON string's content; the kind of value determines how a double quote is escaped. */
 static inline void print_escaped(const char* text, size_t count, const char* quote)
 {
     static const char from[] = "\b\t\n\f\r/\\", to[] = "btnfr/\\";

@@ -1,12 +1,12 @@
-// A plugin for qemu's user mode: prints on standard error, when the program ends, how many
-// instructions it executed. Debian's qemu brings no header for it, hence the declarations.
+// A plugin for qemu's user mode: when the program ends, prints on standard error how many
+// instructions it executed. Debian's qemu ships no header for plugins, hence the declarations.
 #include <cstdint>
 #include <cstdio>
 
 static std::uint64_t g_u_count;
 
 extern "C" {
-struct sBlock; // instructions that run from the first to the last
+struct sBlock; // a straight-line sequence of instructions
 std::size_t qemu_plugin_tb_n_insns(const sBlock*);
 void qemu_plugin_register_vcpu_tb_trans_cb(std::uint64_t, void (*)(std::uint64_t, sBlock*));
 void qemu_plugin_register_vcpu_tb_exec_inline(sBlock*, int, std::uint64_t*, std::uint64_t);

@@ -1,7 +1,7 @@
-"""The documents, queries and request bodies of the benchmark: the same bytes at every run.
+"""The documents, queries and request bodies of the benchmark: the same bytes in every run.
 
-The documents are ordinary ones, which every XML library prints alike: no white space around
-texts, and no empty element in what the queries select."""
+All XML libraries print these ordinary documents alike: there is no white space around texts and
+no empty element in what the queries select."""
 
 import random
 from urllib.parse import quote
@@ -41,17 +41,17 @@ SECTIONS = {
 }
 HEAD = '<?xml version="1.0" encoding="UTF-8"?>\n<configuration version="3" device="KG-2040">\n'
 
-# What a query asks for, by turns: an attribute, a text, an element with its subtree.
+# What the keys of a query select, in rotation: an attribute, a text, an element with its subtree.
 PATTERNS = (
     "/configuration/services/service[@name='service-{i}']/@port",
     "/configuration/interfaces/interface[@name='eth{i}']/address/ip/text()",
     "/configuration/users/user[@name='user{i}']",
 )
-BOUNDARY = b"----FormBoundary7MA4YWxkTrZu0gW"  # like those of browsers
+BOUNDARY = b"----FormBoundary7MA4YWxkTrZu0gW"  # like a browser's
 
 
 def entries_in(kilobytes):
-    """How many entries a section of a document of about that size has."""
+    """The number of entries per section in a document of about that size."""
     return round(kilobytes * 1024 / sum(len(text) + 4 for text in SECTIONS.values()))
 
 
@@ -67,7 +67,7 @@ def document(kilobytes):
 
 
 def query_string(kilobytes, keys):
-    """A query string with that many keys, in order, for the document of that size."""
+    """A query string with that many sorted keys, for the document of that size."""
     count = entries_in(kilobytes)
     fields = ((f"k{k}", PATTERNS[k % 3].format(i=(count // 2 + k // 3 * 7) % count)) for k in range(keys))
     return "&".join(f"{key}={quote(text)}" for key, text in sorted(fields))
@@ -84,11 +84,11 @@ def multipart(*parts):
 
 
 def upload(content, fields=0):
-    """A multipart body of a file, with that many one-byte fields before it."""
+    """A multipart body with a file, preceded by that many one-byte fields."""
     header = b'name="image"; filename="upload.bin"\r\nContent-Type: application/octet-stream'
     return multipart(part(b"1") * fields, part(content, header))
 
 
 def noise(mebibytes):
-    """Bytes as of a compressed firmware image."""
+    """Bytes like those of a compressed firmware image."""
     return random.Random(1).randbytes(mebibytes << 20)

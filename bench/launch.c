@@ -1,11 +1,11 @@
-/* The web server's side of a request, small enough not to disturb what it measures. Runs the
- * program named as its argument, with its own environment and standard input, and prints one line:
+/* The web server's side of a request, small enough not to disturb the measurement. Runs the program
+ * named in its argument with its own environment and standard input, and prints one line:
  *     microseconds to the end of the answer, microseconds to the end of the program,
- *     processor microseconds of the program (with children that it waited for itself),
+ *     processor microseconds of the program (including children that it waited for),
  *     processor microseconds of it and all its descendants, peak resident KB, wait status
  *
- * Peak memory is why this is a program: a process inherits the peak of the one that started it, so
- * that must have less than any program worth measuring. */
+ * This is a separate program because of peak memory: a process inherits the peak of the process
+ * that started it, which must therefore be lower than that of any program worth measuring. */
 #define _GNU_SOURCE
 #include <fcntl.h>
 #include <stdio.h>
@@ -35,7 +35,7 @@ int main(int count, char** arguments)
         return 2;
     }
     const long long start = now();
-    const pid_t child = vfork(); /* nothing of this process is copied at the child's cost */
+    const pid_t child = vfork(); /* the child does not pay for a copy of this process */
     if (child == 0) {
         dup2(ends[1], STDOUT_FILENO);
         execl(arguments[1], arguments[1], (char*)NULL);

@@ -1,4 +1,4 @@
-/* The handler's job as a C program on libxml2. */
+/* The handler's job, done by a C program on libxml2. */
 #include <libxml/parser.h>
 #include <libxml/tree.h>
 #include <libxml/xpath.h>

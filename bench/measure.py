@@ -1,4 +1,4 @@
-"""One run of a program as a CGI, and medians over runs that take turns."""
+"""A single run of a CGI program, and medians over alternating runs."""
 
 import statistics
 import subprocess
@@ -12,7 +12,7 @@ BUILD = Path(__file__).resolve().parent.parent / "build" / "bench"
 BIN = BUILD / "measured"
 CONFIG = Path("/home/httpd/kestoconfig/conf/config.xml")
 QUICK = "--quick" in sys.argv
-# What `launch` tells of one run: times in milliseconds, peak memory in MB.
+# What `launch` reports about one run: times in milliseconds, peak memory in MB.
 Sample = namedtuple("Sample", "answered ended own everything peak")
 MULTIPART = "multipart/form-data; boundary=" + documents.BOUNDARY.decode()
 
@@ -24,7 +24,7 @@ def environment(**variables):
 
 
 def get(kilobytes, keys):
-    """A query of that many keys over the document of that size."""
+    """A query with that many keys for the document of that size."""
     return environment(REQUEST_METHOD="GET", QUERY_STRING=documents.query_string(kilobytes, keys))
 
 
@@ -34,12 +34,12 @@ def post(length, content_type=MULTIPART):
 
 
 def launched(program, env, stdin=subprocess.DEVNULL):
-    """Starts one measured run; sample() ends it."""
+    """Starts a measured run; sample() collects its result."""
     return subprocess.Popen([BIN / "launch", BIN / program], env=env, stdin=stdin, stdout=subprocess.PIPE)
 
 
 def sample(process):
-    """The Sample of a run; ends everything if the program failed."""
+    """The Sample of a run; exits if the program failed."""
     *numbers, status = map(int, process.communicate()[0].split())
     if status != 0:
         sys.exit(f"{process.args[1]} failed with wait status {status}")
@@ -47,8 +47,8 @@ def sample(process):
 
 
 def medians(cases, repeats):
-    """The median of every field for each case (name: function that makes one Sample). The cases
-    take turns; two rounds before warm up."""
+    """The median of every field for each case (name: function that returns a Sample). The cases
+    take turns, after two warm-up rounds."""
     samples = {name: [] for name in cases}
     for turn in range(-2, max(3, repeats // 5) if QUICK else repeats):
         for name, measure in cases.items():
@@ -59,25 +59,25 @@ def medians(cases, repeats):
 
 
 def request_medians(cases, repeats):
-    """medians() of requests without a body: cases of program and environment."""
+    """medians() of requests without a body; each case is a program and its environment."""
     return medians({name: lambda c=case: sample(launched(*c)) for name, case in cases.items()}, repeats)
 
 
 def use_document(kilobytes):
-    """Makes the document of that size the one that every program reads."""
+    """Installs the document of that size as the one that every program reads."""
     CONFIG.parent.mkdir(parents=True, exist_ok=True)
     CONFIG.write_bytes(documents.document(kilobytes))
 
 
 def check_answers(kilobytes, keys, commands):
-    """Goes over to the document of that size and ends the run unless the commands answer like the
-    handler, with something for every key. Returns what each says on standard error."""
+    """Switches to the document of that size and exits unless the commands give the same answer as
+    the handler, with a value for every key. Returns what each prints on standard error."""
     use_document(kilobytes)
     env = get(kilobytes, keys)
     ours, *others = (subprocess.run(command, env=env, capture_output=True) for command in (BIN / "query", *commands))
     if ours.stdout.count(b'" : "') != keys or b'" : ""' in ours.stdout:
-        sys.exit(f"empty values, {kilobytes} KB, {keys} keys:\n{ours.stdout!r}")
+        sys.exit(f"empty values with {kilobytes} KB, {keys} keys:\n{ours.stdout!r}")
     for other in others:
         if other.stdout != ours.stdout:
-            sys.exit(f"{other.args} answers differently, {kilobytes} KB:\n{ours.stdout!r}\n{other.stdout!r}")
+            sys.exit(f"{other.args} answers differently with {kilobytes} KB:\n{ours.stdout!r}\n{other.stdout!r}")
     return [other.stderr for other in others]

@@ -1,4 +1,4 @@
-/* The least that a CGI program can do: what starting and ending a process costs. */
+/* The least that a CGI program can do: shows what starting and ending a process costs. */
 #include <stdio.h>
 
 int main(void)

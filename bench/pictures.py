@@ -1,4 +1,4 @@
-"""Line charts as SVG, by gnuplot. Every colour has about the same contrast with white and with black."""
+"""Line charts as SVG, drawn by gnuplot. Every colour contrasts about equally with white and with black."""
 
 import re
 import subprocess
@@ -25,11 +25,11 @@ plot %s
 
 
 def draw(path, x_label, y_label, ticks, lines):
-    """Draws lines (name: a value for each tick) into a file; both axes are logarithmic."""
+    """Draws lines (name: one value per tick) into a file; both axes are logarithmic."""
     rows = (" ".join(f"{number:.4g}" for number in row) for row in zip(ticks, *lines.values()))
     styles = zip(lines, (*LINES[:len(lines) - 1], LAST_LINE))
     plots = (f'$data using 1:{n} with lines lc rgb {style} title "{name}"' for n, (name, style) in enumerate(styles, 2))
     script = SCRIPT % ("\n".join(rows), ", ".join(map(str, ticks)), ticks[0], ticks[-1] * 1.001, x_label, y_label,
                        ", ".join(plots))
     svg = subprocess.run(["gnuplot"], input=script, text=True, check=True, capture_output=True).stdout
-    path.write_text(re.sub(r"<g [^>]*>\n</g>\n", "", svg))  # a third of it is groups of nothing
+    path.write_text(re.sub(r"<g [^>]*>\n</g>\n", "", svg))  # empty groups make up a third of it

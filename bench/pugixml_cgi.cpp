@@ -1,5 +1,5 @@
-// The handler's job on pugixml alone: what a purpose-built program of one page costs. It looks for
-// every selected node, as the handler does, whose XPath interface counts them.
+// The handler's job on pugixml alone: what a purpose-built program of one page costs. It finds
+// every selected node, as the handler must because its XPath interface counts them.
 #include <pugixml.hpp>
 
 #include "cgi.h"

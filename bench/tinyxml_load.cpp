@@ -1,5 +1,5 @@
-// The floor of a handler that loads the document with TinyXML: it does that, as the handler asks
-// for it (without rows and columns), and nothing else. The tree is not taken down.
+// The floor for a handler that loads the document with TinyXML: only loads it, with the handler's
+// settings (no rows and columns). The tree is not destroyed.
 #include <tinyxml.h>
 
 #include "cgi.h"
