@@ -7,7 +7,7 @@
 
 #include "settings.h"
 
-/// One interface of the device; what the document does not tell is empty.
+/// One interface of the device; whatever the document lacks is empty.
 struct sInterface
 {
     std::string m_s_name;
@@ -17,11 +17,11 @@ struct sInterface
     std::string m_s_mtu;
 };
 
-// The document is only read. One that could not be loaded tells nothing: everything is empty.
+// The document is only read. If it could not be loaded, everything is empty.
 
 std::vector<sInterface> Interfaces(TiXmlDocument& a_c_document);
 
-/// What the settings form starts with; the address is that of the first interface.
+/// The initial values of the settings form; the address is that of the first interface.
 tTexts Configured(TiXmlDocument& a_c_document);
 
 #endif

@@ -1,7 +1,8 @@
-// Receives a firmware image: bounds it, moves it to where no other upload reaches, and tests it.
-// The script shows how much has been sent; without it the form works all the same. It installs
-// nothing. A page that does also has to know who asks and that the request comes from its own form,
-// as login_page shows, and tests a signature, which unlike a check sum an attacker cannot make.
+// Receives a firmware image: limits its size, moves it where no other upload can reach it, and
+// verifies it. The script shows how much has been sent; the form also works without it. The page
+// installs nothing. One that does must also know who is asking and that the request comes from its
+// own form, as login_page shows, and verify a signature, which, unlike a checksum, an attacker
+// cannot make.
 #include <cgilib.h>
 #include <cgilib_escape.h>
 
@@ -21,7 +22,7 @@
 namespace
 {
 
-constexpr long long LARGEST_BODY = 48LL << 20U; // what /tmp has room for
+constexpr long long LARGEST_BODY = 48LL << 20U; // the space available in /tmp
 
 constexpr const char* const FIRMWARE_STYLE = R"css(
 .done { padding: .6rem .8rem; background: #e6f4ea; border-left: 4px solid #1e7d3c; }
@@ -29,7 +30,7 @@ constexpr const char* const FIRMWARE_STYLE = R"css(
 progress { flex: 1; }
 )css";
 
-// Sends the form by itself, and puts the result from the page that comes back into this one.
+// Sends the form and copies the result from the returned page into this one.
 constexpr const char* const FIRMWARE_SCRIPT = R"js(
 const form = document.getElementById("firmware");
 const result = document.getElementById("result");
@@ -55,12 +56,12 @@ form.addEventListener("submit", (event) => {
 });
 )js";
 
-// A file in a folder that is new and its owner's alone. Removed with the object.
+// A file in a new directory that only its owner can access. Removed with the object.
 class cImage
 {
 public:
-    // Moves an upload there. The value of its field may as well be a text that the client sent:
-    // only a file that lies directly in /tmp, as uploads do, can have been one.
+    // Moves an upload there. The value of its field may instead be text that the client sent: only
+    // a file directly in /tmp, where uploads are stored, can be an upload.
     explicit cImage(const std::string& a_s_upload)
     {
         struct stat l_c_file = {};
@@ -105,9 +106,8 @@ std::array<std::uint32_t, 256> CrcTable()
     return l_table;
 }
 
-// An image ends with the CRC-32 (that of zlib) of what stands before, low byte first; the CRC-32 of
-// both together is always the same. An upload that found the disk full is too short, and fails
-// here.
+// An image ends with the CRC-32 (as in zlib) of everything before it, low byte first, so the CRC-32
+// of the whole file is always the same. An upload truncated by a full disk fails here.
 bool IsIntact(const std::string& a_s_path)
 {
     const std::array<std::uint32_t, 256> l_table = CrcTable();
@@ -129,17 +129,17 @@ std::string Told(const char* a_p_class, const std::string& a_s_text)
     return "<p class=\"" + std::string(a_p_class) + "\">" + a_s_text + "</p>\n";
 }
 
-// What became of the request, to be shown. Writes the status of one that is refused.
+// The outcome of the request, to be shown. Writes the status of a request that is refused.
 std::string Receive(cCGI& a_c_page)
 {
-    // Before anything is read: parsing stores the file whatever its size.
+    // Before anything is read, because parsing stores a file of any size.
     if (std::atoll(a_c_page.GetEnvironment()["CONTENT_LENGTH"].c_str()) > LARGEST_BODY) {
         std::cout << "Status: 413 Content Too Large\n";
         return Told("failed", "The image is too large.");
     }
     const bool l_b_parsed = ParsedOrRefused(a_c_page);
     const std::string l_s_upload = a_c_page.IsPostRsp() ? a_c_page.GetField("image") : "";
-    const cImage l_c_image(l_s_upload); // one that broke off too, or it would stay in /tmp
+    const cImage l_c_image(l_s_upload); // even if interrupted, or it would remain in /tmp
     if (!l_b_parsed) {
         return Told("failed", "No image arrived, or not all of it.");
     }

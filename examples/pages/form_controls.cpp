@@ -8,7 +8,7 @@ constexpr const char* const SEND_ICON =
     "%3Ccircle cx='19' cy='19' r='19' fill='%230b5394'/%3E"
     "%3Cpath d='M11 19h15m-6-7 7 7-7 7' fill='none' stroke='white' stroke-width='3'/%3E%3C/svg%3E";
 
-// A control that is several inputs; the row's text names them together.
+// A control made up of several inputs; the row's text names the group.
 std::string GroupRow(const cCGI& a_c_page, const std::string& a_s_label,
                      const std::string& a_s_inputs)
 {
@@ -62,7 +62,7 @@ std::string InputRows(const cCGI& a_c_page)
 
 std::string ListRows(const cCGI& a_c_page)
 {
-    // The options of a map stand in the order of their texts.
+    // The options of a map are sorted by their text.
     const cCGI::tOptions l_m_services = {{"http", {{"value", "80"}}},
                                          {"https", {{"selected", "selected"}, {"value", "443"}}},
                                          {"ssh", {{"value", "22"}}}};

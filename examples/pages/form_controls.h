@@ -5,11 +5,11 @@
 
 #include <string>
 
-// The controls of the form page, as rows of a table with two columns.
+// The controls of the form page, as rows of a two-column table.
 
 std::string Label(const std::string& a_s_id, const std::string& a_s_text);
 
-/// The attributes of a control whose name is its id too.
+/// The attributes of a control whose name is also its id.
 cCGI::tAttributes Named(const std::string& a_s_name, const std::string& a_s_default = "");
 
 std::string ControlRow(const cCGI& a_c_page, const std::string& a_s_label,
@@ -18,7 +18,7 @@ std::string ControlRow(const cCGI& a_c_page, const std::string& a_s_label,
 std::string InputRows(const cCGI& a_c_page);
 std::string ListRows(const cCGI& a_c_page);
 
-/// A button of every kind, outside the table.
+/// One button of each kind, outside the table.
 std::string Buttons(const cCGI& a_c_page);
 
 #endif

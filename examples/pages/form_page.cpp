@@ -29,7 +29,7 @@ document.getElementById("controls").addEventListener("formdata", (event) => {
 });
 )js";
 
-// Names come from the client as well as values.
+// The client chooses the names as well as the values.
 void EscapeAll(cCGI::tFormData& a_m_data)
 {
     cCGI::tFormData l_m_escaped;
@@ -39,7 +39,7 @@ void EscapeAll(cCGI::tFormData& a_m_data)
     a_m_data.swap(l_m_escaped);
 }
 
-// The listings copy what they list, so it is escaped in place first.
+// The listings escape nothing, so the data is escaped in place first.
 void ShowReceived(cCGI& a_c_page, bool a_b_parsed)
 {
     EscapeAll(a_c_page.GetGetData());
@@ -57,7 +57,7 @@ void ShowReceived(cCGI& a_c_page, bool a_b_parsed)
     a_c_page.DispLine("</div>");
 }
 
-// Multipart: the only kind of body that carries a file.
+// Multipart is the only kind of body that can carry a file.
 void ShowControls(cCGI& a_c_page)
 {
     a_c_page.BeginForm({{"action", "form_page"},
@@ -73,7 +73,7 @@ void ShowControls(cCGI& a_c_page)
     a_c_page.EndForm();
 }
 
-// Everything without an encoding type goes URL-encoded, and a link by GET.
+// A form without an encoding type is sent URL-encoded, and a link by GET.
 void ShowSmallForms(const cCGI& a_c_page)
 {
     a_c_page.DispText(a_c_page.Form(

@@ -1,5 +1,5 @@
-// A frameset: the other pages beside a menu. In such a page the frameset stands in place of the
-// body, so that BeginHtml(), which begins one, cannot begin it.
+// A frameset: the other pages next to a menu. A frameset takes the place of the body, so
+// BeginHtml(), which begins a body, cannot begin such a page.
 #include <cgilib.h>
 
 #include <iostream>
@@ -45,7 +45,7 @@ void ShowMenu(cCGI& a_c_page)
 
 int main()
 {
-    // The menu's links name a frame, which the strict document type does not know.
+    // The menu's links name a target frame, which the strict document type does not allow.
     cCGI l_c_page(cCGI::eXHTML_1_0_TRANSITIONAL);
     ParsedOrRefused(l_c_page);
     if (l_c_page.GetField("show") == "menu") {

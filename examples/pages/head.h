@@ -5,7 +5,7 @@
 
 #include <string>
 
-/// The look that the pages share.
+/// The style that all pages share.
 constexpr const char* const STYLE = R"css(<style type="text/css">
 * { box-sizing: border-box; }
 body { margin: 0 auto; max-width: 58rem; padding: 1.5rem 1rem 3rem; background: #f4f6f8;
@@ -46,14 +46,14 @@ pre { margin: .5rem 0 0; white-space: pre-wrap; overflow-wrap: anywhere; }
 }
 </style>)css";
 
-/// What stands in the head of every page, with the rules of its own.
+/// The head lines of every page, including the page's own style rules.
 inline cCGI::tStrings HeadLines(const cCGI& a_c_page, const std::string& a_s_style)
 {
     return {
-        // The XML declaration names another encoding; a browser goes by this line.
+        // The XML declaration names another encoding; browsers follow this line.
         a_c_page.Meta({{"http-equiv", "Content-Type"}, {"content", "text/html; charset=utf-8"}}),
         a_c_page.Meta({{"name", "viewport"}, {"content", "width=device-width"}}),
-        // An icon without content, so that no browser asks the server for one.
+        // An empty icon, so that browsers do not request one from the server.
         a_c_page.Link({{"rel", "icon"}, {"href", "data:,"}}),
         STYLE,
         "<style type=\"text/css\">" + a_s_style + "</style>",

@@ -28,13 +28,13 @@ input[type=submit] { margin-top: 1rem; }
 constexpr const char* const SESSION_FOLDER = "/tmp/login_page";
 constexpr const char* const SESSION_FILE = "/tmp/login_page/session";
 
-// A device looks the user up in a file of its own and tests the password by crypt(3).
+// A real device looks up the user in its own file and checks the password with crypt(3).
 bool IsKnown(const std::string& a_s_user, const std::string& a_s_password)
 {
     return a_s_user == "admin" && a_s_password == "device";
 }
 
-// What nobody can guess: 122 random bits of the kernel's.
+// Cannot be guessed: 122 random bits from the kernel.
 std::string Secret()
 {
     std::string l_s_secret;
@@ -44,19 +44,19 @@ std::string Secret()
     return l_s_secret;
 }
 
-// ---- Header fields, each a line before BeginHtml() or the end of the header ----
+// ---- Header fields, one per line, before BeginHtml() or the end of the header ----
 
-// No script reads these cookies, and no other site's page has them sent.
-// Over TLS add "; Secure".
+// Scripts cannot read these cookies, and requests from other sites' pages do
+// not carry them. Over TLS, add "; Secure".
 void SetCookie(const std::string& a_s_name, const std::string& a_s_value)
 {
     const char* const l_p_scope = "; HttpOnly; SameSite=Strict\n";
     std::cout << "Set-Cookie: " << a_s_name << "=" << a_s_value << l_p_scope;
 }
 
-// The answer to a POST: the browser asks for the page by GET, and loading
-// that again sends no form again. The status is the first line: servers may
-// pass it over in another, or take the location for one of their own.
+// Answers a POST: the browser fetches the page by GET, so reloading it does
+// not resend the form. The status must be the first line: otherwise servers
+// may ignore it, or take the location for a local one.
 void Redirect(const std::string& a_s_page, const cCGI::tFormData& a_m_cookies)
 {
     std::cout << "Status: 303 See Other\n";
@@ -66,7 +66,7 @@ void Redirect(const std::string& a_s_page, const cCGI::tFormData& a_m_cookies)
     std::cout << "Location: " << a_s_page << "\n\n";
 }
 
-// To be shown through EscapeHtml(): a cookie is a client's text.
+// Show it through EscapeHtml(): a cookie is text from a client.
 std::string TakeMessage()
 {
     std::string l_s_message = GetCookie("message");
@@ -77,17 +77,17 @@ std::string TakeMessage()
     return l_s_message;
 }
 
-// The form bears the cookie's secret in a Hidden field. Another site's page
-// can send a form here, but does not know the secret.
+// The form carries the cookie's secret in a Hidden field. Another site's page
+// can send a form here but does not know the secret.
 bool IsFromOwnForm(const cCGI& a_c_page)
 {
     const std::string l_s_token = GetCookie("token");
     return !l_s_token.empty() && l_s_token == a_c_page.GetField("token");
 }
 
-// ---- The session: one at a time, that of the last login. A device also ends it after a while ----
+// ---- The session: only one, from the last login. A real device also ends it after a while ----
 
-// No upload gets into a folder below /tmp, but others might have made it, with a session in it.
+// No upload can reach a directory below /tmp, but others might have put one there, with a session.
 bool HasOwnFolder()
 {
     mkdir(SESSION_FOLDER, S_IRWXU);
@@ -96,7 +96,7 @@ bool HasOwnFolder()
            l_c_folder.st_uid == geteuid();
 }
 
-// Its secret, or nothing if it could not be stored.
+// The session's secret, or an empty string if it could not be stored.
 std::string BeginSession()
 {
     const std::string l_s_secret = Secret();
@@ -114,7 +114,7 @@ bool HasSession()
 
 // ---- The page ----
 
-// Does what the form asks for and redirects, or gives what is wrong with it.
+// Does what the form asks for and redirects, or returns what is wrong with it.
 std::string Serve(const cCGI& a_c_page)
 {
     if (!IsFromOwnForm(a_c_page)) {
@@ -158,7 +158,7 @@ void Show(cCGI& a_c_page, const std::string& a_s_fault)
     const std::string l_s_message = TakeMessage();
     const std::string l_s_token = GetCookie("token").empty() ? Secret() : GetCookie("token");
     SetCookie("token", l_s_token);
-    std::cout << "Cache-Control: no-store\n"; // a page for one user, with a secret in it
+    std::cout << "Cache-Control: no-store\n"; // a page for one user that contains a secret
     a_c_page.BeginHtml("Login", {}, HeadLines(a_c_page, LOGIN_STYLE));
     a_c_page.DispLine(a_c_page.DecorateText(cCGI::eDISPLAY_H1, "Login"));
     if (!a_s_fault.empty()) {

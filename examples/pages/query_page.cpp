@@ -1,4 +1,4 @@
-// Asks the query handler from a browser: rows of key and XPath expression, and a table of answers.
+// Runs queries from a browser: rows of keys and XPath expressions, and a table of the answers.
 #include <cgilib.h>
 
 #include <string>
@@ -29,7 +29,7 @@ td.fault::after { content: "not XPath 1.0"; color: #86170e; }
 
 std::string Row(const cCGI& a_c_page, const std::string& a_s_key, const std::string& a_s_expression)
 {
-    // The handler's answer repeats a key unescaped, where these two characters would break it.
+    // The handler's answer repeats keys unescaped, so these two characters would break it.
     const cCGI::tAttributes l_m_key = {{"name", "key"},
                                        {"pattern", R"([^&quot;\\]+)"},
                                        {"required", "required"},

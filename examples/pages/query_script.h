@@ -1,8 +1,8 @@
 #ifndef QUERY_SCRIPT_H
 #define QUERY_SCRIPT_H
 
-/// What the query page does in the browser. Nothing of the handler's answer becomes markup: it
-/// enters the page as text only.
+/// The script of the query page. Nothing in the handler's answer becomes markup: it enters the page
+/// only as text.
 constexpr const char* const QUERY_SCRIPT = R"js(
 const form = document.getElementById("query");
 const rows = document.getElementById("rows");

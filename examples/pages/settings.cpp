@@ -24,7 +24,7 @@ bool IsHostName(const std::string& a_s_text)
                        [](char a_i_byte) { return IsLetterOrDigit(a_i_byte) || a_i_byte == '-'; });
 }
 
-// Every byte of UTF-8 begins a character, but those of the form 10xxxxxx.
+// In UTF-8 every byte except those of the form 10xxxxxx begins a character.
 std::ptrdiff_t CountCharacters(const std::string& a_s_text)
 {
     return std::count_if(a_s_text.begin(), a_s_text.end(), [](char a_i_byte) {
@@ -48,7 +48,7 @@ bool IsNumber(const std::string& a_s_text, long a_i_least, long a_i_most)
     return l_i_number >= a_i_least && l_i_number <= a_i_most;
 }
 
-// TextArea() ends the content with a line end, which comes back with the text.
+// TextArea() writes a newline after the content, which comes back as part of the field.
 void CutLineEnd(std::string& a_s_text)
 {
     if (a_s_text.size() >= 2 && a_s_text.compare(a_s_text.size() - 2, 2, "\r\n") == 0) {

@@ -3,18 +3,18 @@
 
 #include <cgilib.h>
 
-/// Field name to text, as it came: nothing here is escaped.
+/// Field name to text, as received: nothing here is escaped.
 using tTexts = cCGI::tFormData;
 
 constexpr const char* const METHODS[] = {"static", "dhcp"};
 
 const cCGI::tStrings& LogLevels();
 
-/// The settings that came with a request; one that did not come is empty.
+/// The settings in a request; one that is missing is empty.
 tTexts Submitted(const cCGI& a_c_page);
 
-/// For each field that cannot be accepted what to do about it. The browser tested nothing: whoever
-/// sends a request need not use the form.
+/// For each field that cannot be accepted, what to do about it. No check in the browser replaces
+/// this, since a client need not use the form.
 tTexts Faults(const tTexts& a_m_settings);
 
 #endif

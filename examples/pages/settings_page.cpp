@@ -1,7 +1,7 @@
-// A settings form: comes back with what the client entered and an error beside each field that
-// cannot be accepted, or accepts with a message. Below it a table from the configuration document.
-// It changes nothing. A page that does also has to know who asks and that the request comes from
-// its own form, as login_page shows.
+// A settings form that comes back with what the client entered and an error next to each field that
+// cannot be accepted, or with a message that the settings were accepted. Below it, a table from the
+// configuration document. The page changes nothing. One that does must also know who is asking and
+// that the request comes from its own form, as login_page shows.
 #include <cgilib.h>
 #include <cgilib_escape.h>
 
@@ -53,7 +53,7 @@ constexpr sField LOG = {"log", "Log level", "The least important message that is
 constexpr sField NTP = {"ntp", "Clock", "By the time servers of the configuration."};
 constexpr sField NOTE = {"note", "Note", "For the record of changes, at most 500 characters."};
 
-// Generates the form. Every text of a client or the document is escaped here, and only here.
+// Generates the form. All text from a client or the document is escaped here, and only here.
 class cForm
 {
 public:
@@ -85,7 +85,7 @@ private:
         return m_m_faults.count(a_c_field.m_p_name) > 0;
     }
 
-    // What a screen reader tells with the control: whether it is right, and the texts beside it.
+    // What a screen reader announces with the control: whether it is valid, and the texts near it.
     cCGI::tAttributes Described(const sField& a_c_field) const
     {
         const std::string l_s_name = a_c_field.m_p_name;
@@ -138,7 +138,7 @@ private:
         return Row(a_c_field, m_c_page.Text(Named(a_c_field), Value(a_c_field)));
     }
 
-    // A set of buttons has its name from a legend, since each button has a label of its own.
+    // A group of buttons is named by a legend, since each button has its own label.
     std::string MethodRow() const
     {
         const char* const l_labels[] = {"fixed", "by DHCP"};
@@ -159,7 +159,7 @@ private:
                "</legend>\n" + Texts(METHOD) + m_c_page.Div({}, l_s_buttons) + "</fieldset>\n";
     }
 
-    // The levels need no escape; the client's choice is only compared with them.
+    // The levels need no escaping; the client's choice is only compared with them.
     std::string LogRow() const
     {
         cCGI::tAttributes l_m_attributes = Named(LOG);
@@ -167,7 +167,7 @@ private:
         return Row(LOG, m_c_page.PopupMenu(l_m_attributes, LogLevels()));
     }
 
-    // A box that is not checked sends nothing.
+    // An unchecked box sends nothing.
     std::string NtpRow() const
     {
         cCGI::tAttributes l_m_attributes = Named(NTP);
@@ -234,7 +234,7 @@ int main()
     const tTexts l_m_settings = l_b_submitted ? Submitted(l_c_page) : Configured(l_c_document);
     const tTexts l_m_faults = l_b_submitted ? Faults(l_m_settings) : tTexts();
 
-    // A screen reader tells the title first.
+    // A screen reader announces the title first.
     const std::string l_s_title = "Device settings";
     l_c_page.BeginHtml(l_m_faults.empty() ? l_s_title : "Not saved: " + l_s_title, {},
                        HeadLines(l_c_page, FIELD_STYLE));
