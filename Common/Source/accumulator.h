@@ -6,8 +6,8 @@
 #include <memory>
 #include <string_view>
 
-/// The position of the first a_s_wanted at or after a_u_from, or npos. In linear time whatever the
-/// texts, which no search of std::string promises.
+/// The position of the first a_s_wanted at or after a_u_from, or npos. Takes linear time for any
+/// text, which no search of std::string guarantees.
 inline std::size_t FindText(std::string_view a_s_text, std::string_view a_s_wanted,
                             std::size_t a_u_from)
 {
@@ -18,13 +18,13 @@ inline std::size_t FindText(std::string_view a_s_text, std::string_view a_s_want
                : static_cast<std::size_t>(static_cast<const char*>(l_p_found) - a_s_text.data());
 }
 
-/// Bytes that have been read and not yet consumed. What is read goes straight behind what waits,
-/// and consuming moves nothing: a block of many tiny parts is not shifted once a part.
+/// Bytes that have been read but not yet consumed. New bytes are read directly after the waiting
+/// ones, and consuming moves nothing: a block of many tiny parts is not shifted once per part.
 class cAccumulator
 {
 public:
-    /// Takes a_p_storage, whose owner has to keep it, and replaces it by one that a read of
-    /// a_u_read bytes fits into behind a_u_waiting bytes that wait.
+    /// Uses a_p_storage, which its owner must keep, and replaces it with a buffer that holds
+    /// a_u_waiting waiting bytes and a read of a_u_read bytes after them.
     cAccumulator(std::unique_ptr<char[]>& a_p_storage, std::size_t a_u_waiting,
                  std::size_t a_u_read)
         : m_u_size(a_u_waiting + a_u_read)
@@ -35,10 +35,10 @@ public:
 
     std::string_view Bytes() const { return {m_p_storage + m_u_start, m_u_end - m_u_start}; }
 
-    /// Where the next a_u_count bytes are to be put; Added() tells how many of them have come.
-    /// Invalidates what Bytes() gave. REQUIRES that with what waits they are no more than the two
-    /// numbers that were given at construction: otherwise the program ends, as what comes from
-    /// outside would be written past the storage.
+    /// Where to put the next a_u_count bytes; report with Added() how many have arrived.
+    /// Invalidates what Bytes() returned. REQUIRES: together with the waiting bytes they do not
+    /// exceed the sum of the two numbers given at construction. Otherwise the program aborts, since
+    /// outside input would be written past the storage.
     char* Room(std::size_t a_u_count)
     {
         const std::string_view l_s_bytes = Bytes();
@@ -62,8 +62,8 @@ public:
         m_u_searched = 0;
     }
 
-    /// The position of the wanted text, or npos. A search that found nothing is resumed where it
-    /// stopped, as long as nothing has been consumed and the same text is asked for.
+    /// The position of the wanted text, or npos. A search that found nothing resumes where it
+    /// stopped, provided that nothing has been consumed and the same text is wanted.
     std::size_t ResumeFind(std::string_view a_s_wanted)
     {
         const std::string_view l_s_bytes = Bytes();
@@ -79,7 +79,7 @@ private:
     char* m_p_storage;
     std::size_t m_u_start = 0;
     std::size_t m_u_end = 0;
-    std::size_t m_u_searched = 0; // no wanted text begins before this position
+    std::size_t m_u_searched = 0; // the wanted text does not begin before this position
 };
 
 #endif

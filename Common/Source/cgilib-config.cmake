@@ -1,6 +1,6 @@
 include(${CMAKE_CURRENT_LIST_DIR}/cgilib-targets.cmake)
 
-# The plain name is for projects that use it already.
+# For projects that already use the plain name.
 if(NOT TARGET cgilib)
   add_library(cgilib INTERFACE IMPORTED)
   set_target_properties(cgilib PROPERTIES INTERFACE_LINK_LIBRARIES cgilib::cgilib)

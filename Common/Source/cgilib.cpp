@@ -18,7 +18,7 @@ constexpr const char* const CAPTURED_VARIABLES[] = {
 
 } // namespace
 
-// The read buffer is not value-initialised: a request without a multipart body never touches its
+// The read buffer is not value-initialised, so a request without a multipart body never touches its
 // pages.
 cCGI::cCGI(eCompliance a_e_compliance)
     : m_e_compliance(a_e_compliance), m_p_readBuffer(new char[READ_BUFFER_SIZE])
@@ -46,7 +46,7 @@ cCGI& cCGI::operator=(const cCGI& a_c_source)
 
 cCGI::~cCGI() = default;
 
-// The indent goes out as a text: the stream may be set to another base.
+// The indent is written as text because the stream may be set to another base.
 std::ostream& operator<<(std::ostream& a_c_stream, const cCGI& a_c_request)
 {
     return a_c_stream << "cCGI:" << std::endl
@@ -138,7 +138,7 @@ void cCGI::NormalizeData(std::string& a_s_text)
 // NOLINTNEXTLINE(readability-non-const-parameter): see the declaration.
 int Htoi(char* a_p_digits)
 {
-    // Unsigned, so that a text of any length has a defined result.
+    // Unsigned, so that a string of any length has a defined result.
     unsigned int l_u_number = 0;
     for (const char* l_p_digit = a_p_digits; *l_p_digit != '\0'; ++l_p_digit) {
         const unsigned int l_u_code = static_cast<unsigned char>(*l_p_digit);

@@ -14,28 +14,29 @@
 
 /// One CGI request (RFC 3875), and a toolkit that generates HTML pages.
 ///
-/// A page or handler builds one cCGI, calls ParseData() once and reads the form fields from
-/// GetData(). All texts are byte strings: nothing is converted between character sets.
+/// A page or handler creates one cCGI, calls ParseData() once and reads the form fields from
+/// GetData(). All strings are byte strings: nothing is converted between character sets.
 ///
 ///     cCGI l_c_request(cCGI::eXHTML_1_0_STRICT);
 ///     if (l_c_request.ParseData()) {
 ///         std::string l_s_name = l_c_request.GetField("name");
 ///     }
 ///
-/// Pass it by reference: a copied object, a moved one too, has lost the request.
-/// For one thread. No operation throws an exception of its own; std::bad_alloc passes through.
+/// Pass it by reference: a copied or moved object has no environment and no fields.
+/// Use it from one thread only. No operation throws an exception of its own; std::bad_alloc
+/// propagates.
 class cCGI
 {
 public:
-    /// Form data: field name to field value, in ascending byte order of the names. Of several
-    /// fields with one name the first counts, so a group of check boxes or a list with several
-    /// selections cannot be read back: give every box a name of its own.
+    /// Form data: field name to field value, in ascending byte order of the names. If several
+    /// fields have the same name, the first one wins, so a group of check boxes or a list with
+    /// several selections cannot be read back: give every box a name of its own.
     using tFormData = std::map<std::string, std::string>;
 
-    /// Markup that the HTML side generates. The request side does not read it.
+    /// The markup to generate. Parsing does not depend on it.
     enum eCompliance : std::uint8_t
     {
-        eHTML_LEVEL_0 = 0, ///< HTML 4.01 Transitional, like the four levels that follow.
+        eHTML_LEVEL_0 = 0, ///< HTML 4.01 Transitional, like the next four levels.
         eHTML_LEVEL_1 = 1,
         eHTML_LEVEL_2 = 2,
         eHTML_LEVEL_3 = 3,
@@ -48,16 +49,16 @@ public:
 
     // ---- The object ----
 
-    /// Takes a snapshot of 21 environment variables (those of RFC 3875 with a few that servers add)
-    /// and allocates the read buffer. Reads nothing from standard input yet.
+    /// Takes a snapshot of 21 environment variables (those of RFC 3875 and a few that servers add)
+    /// and allocates the read buffer. Reads nothing from standard input.
     explicit cCGI(eCompliance a_e_compliance);
 
-    /// The copy takes the source's compliance level, indent, upload flag, upload file name and the
-    /// bytes of its read buffer; its environment, GET data and POST data are empty, so it satisfies
-    /// neither IsGetRsp() nor IsPostRsp(). Moving copies.
+    /// The copy has the source's compliance level, indent, upload flag, upload file name and read
+    /// buffer contents. Its environment, GET data and POST data are empty: IsGetRsp(), IsPostRsp()
+    /// and all parsers return false. A move is a copy.
     cCGI(const cCGI& a_c_source);
 
-    /// Copies the indent only.
+    /// Copies only the indent.
     cCGI& operator=(const cCGI& a_c_source);
 
     /// Leaves an uploaded file where it was stored.
@@ -66,10 +67,10 @@ public:
     // ---- Parsing ----
 
     /// Parses the query string of a GET request or the body of a POST request, never both. Returns
-    /// false for any other method and for a body that could not be read; fields stored before a
-    /// fault remain. Call it once: a body can be read only once.
-    /// HEAD is answered like GET: call ParseGetData(), the server drops the body. To any other
-    /// method answer with the status 405, as BeginHtml() tells.
+    /// false for any other method and for a body that could not be read; fields stored before an
+    /// error remain. Call it once: a body can be read only once.
+    /// For HEAD, call ParseGetData() and answer as for GET: the server drops the body. For any
+    /// other method, answer with status 405, as shown at BeginHtml().
     bool ParseData();
 
     /// Whether REQUEST_METHOD is "GET" or "get"; no other spelling counts.
@@ -78,57 +79,57 @@ public:
     /// Whether REQUEST_METHOD is "POST" or "post"; no other spelling counts.
     bool IsPostRsp() const;
 
-    /// Splits QUERY_STRING into the GET data and decodes it. Fields end at "&", names at the first
-    /// "="; a segment without "=" becomes part of the next field's name, at the end of the text it
-    /// is dropped. Returns true, also when nothing was stored; false only for a copied object,
-    /// which has no QUERY_STRING.
+    /// Splits QUERY_STRING into fields, decodes them and stores them in the GET data. A field ends
+    /// at "&", its name at the first "=". A segment without "=" becomes part of the next field's
+    /// name; at the end of the text it is dropped. Returns true, even if nothing was stored; false
+    /// only for a copied object, which has no QUERY_STRING.
     bool ParseGetData();
 
-    /// Reads the body of a POST request into the POST data. A CONTENT_TYPE that contains
-    /// "multipart/form-data" is handed to ParseMultipartData(). Any other body counts as
-    /// URL-encoded: at most CONTENT_LENGTH bytes are read, up to the first line feed or the end of
-    /// input, and the text ends at the first NUL; it is split like a query string. No byte past
-    /// CONTENT_LENGTH is waited for.
-    /// Returns false, with standard input untouched, when CONTENT_LENGTH is missing, is not a
-    /// positive number or exceeds 16 MiB.
+    /// Reads the body of a POST request into the POST data. Passes a body whose CONTENT_TYPE
+    /// contains "multipart/form-data" to ParseMultipartData(). Treats any other body as
+    /// URL-encoded: reads at most CONTENT_LENGTH bytes, up to the first line feed or the end of
+    /// input, truncates the text at the first NUL, and splits and decodes it like a query string.
+    /// Never waits for a byte past CONTENT_LENGTH.
+    /// Returns false, with standard input untouched, if CONTENT_LENGTH is missing, is not a
+    /// positive number or, for a URL-encoded body, exceeds 16 MiB.
     bool ParsePostData();
 
-    /// Reads a multipart/form-data body (RFC 7578) of CONTENT_LENGTH bytes. Fields go to the POST
-    /// data as raw bytes; the content of one file part at most is streamed into "/tmp/" + the base
-    /// name that the client gave, and its path stored under the part's field name. Standard input
-    /// is made non-blocking and stays so. The boundary is what follows the first "=" of
-    /// CONTENT_TYPE, to its end and with any quotes; the body is exactly the parts and the closing
-    /// boundary, without preamble or epilogue.
-    /// Returns false at the first fault, which is told to syslog at LOG_ERR (the end of input
-    /// before CONTENT_LENGTH bytes, or inside a part after a CR, goes without a message); fields
-    /// and file bytes stored before it stay. A file field left empty is such a fault, and a second
-    /// file: put a file that need not be sent into a form of its own, or last. Progress is told at
-    /// LOG_DEBUG. Memory is that of the text fields; a file passes through.
+    /// Reads a multipart/form-data body (RFC 7578) of CONTENT_LENGTH bytes. Fields are stored in
+    /// the POST data as raw bytes. The content of at most one file part is streamed into a file in
+    /// "/tmp/" under the base name that the client sent; its path becomes the value of the part's
+    /// field. Standard input is made non-blocking and remains so. The boundary is everything after
+    /// the first "=" of CONTENT_TYPE, including any quotes; nothing may precede the first boundary
+    /// or follow the closing one.
+    /// Returns false at the first error, which is logged to syslog at LOG_ERR (a body that ends
+    /// before CONTENT_LENGTH bytes, or inside a part after a CR, is not logged as an error); fields
+    /// and file bytes stored before it remain. A file field left empty is such an error, as is a
+    /// second file: put an optional file in a form of its own, or last. Progress is logged at
+    /// LOG_DEBUG. Only the text fields are held in memory.
     bool ParseMultipartData();
 
     /// Decodes application/x-www-form-urlencoded text in place, in linear time: first every "+"
-    /// becomes a blank, then every "%" and the two characters after it one byte (a single one, if
-    /// no second follows). The characters are not tested: other than hexadecimal digits count as
-    /// Htoi() takes them. A "%" at the end stays.
+    /// becomes a space, then every "%" and the two characters after it (or one, if no second
+    /// follows) become one byte. The characters are not checked: those other than hexadecimal
+    /// digits have the values that Htoi() assigns. A "%" at the end is kept.
     static void NormalizeData(std::string& a_s_text);
 
     // ---- Access ----
 
-    /// Replaces a field name by the field's value in the POST data and returns true; leaves it
-    /// unchanged and returns false if there is no such field. Never looks at the GET data.
+    /// Replaces a field name with the field's value in the POST data and returns true, or leaves
+    /// the name unchanged and returns false if there is no such field. Never looks at the GET data.
     bool GetFormElementVal(std::string& a_s_name) const;
 
-    /// The value of a field in what GetData() gives, or the default if there is no such field. An
-    /// empty value is a value. Adds nothing to the data, unlike GetData()["name"].
+    /// The value of a field in the data that GetData() returns, or the default if there is no such
+    /// field. An empty value is a value. Adds nothing to the data, unlike GetData()["name"].
     std::string GetField(const std::string& a_s_name, const std::string& a_s_default = "") const;
 
     /// SERVER_NAME followed directly by SCRIPT_NAME: "box/cgi-bin/query". No scheme, no port.
     std::string Url();
 
-    // References into the object, valid as long as it lives.
+    // References into the object remain valid as long as the object exists.
 
-    /// The captured variables; one that was not set has an empty value. Others, such as
-    /// HTTP_COOKIE, HTTP_HOST and HTTPS, are not captured: std::getenv() tells them.
+    /// The captured variables; a variable that was not set has an empty value. Others, such as
+    /// HTTP_COOKIE, HTTP_HOST and HTTPS, are not captured: read them with std::getenv().
     tFormData& GetEnvironment() { return m_m_environment; }
     tFormData& GetGetData() { return m_m_getData; }
     tFormData& GetPostData() { return m_m_postData; }
@@ -136,31 +137,31 @@ public:
     /// The POST data for a POST request, otherwise the GET data.
     tFormData& GetData() { return IsPostRsp() ? m_m_postData : m_m_getData; }
 
-    /// Always empty after a parse: the path of a stored upload is the value of its form field.
+    /// Always empty after a parse: the path of an upload is the value of its field.
     std::string& GetUploadFilename() { return m_s_uploadFilename; }
 
-    /// Always false after a parse, like GetUploadFilename().
+    /// Always false after a parse.
     bool IsFileUpload() const { return m_b_fileUpload; }
 
-    /// Writes a short diagnostic text, the indent in it, and flushes the stream.
+    /// Writes a short diagnostic text that includes the indent in decimal, and flushes the stream.
     friend std::ostream& operator<<(std::ostream& a_c_stream, const cCGI& a_c_request);
 
     // ==== HTML ====
     //
-    // BeginHtml() to EndForm() and the Disp operations write to standard output; every other
-    // operation returns its text and writes nothing. Nothing is escaped: names, values and contents
-    // are copied byte for byte. What comes from a client goes through EscapeHtml() first
+    // BeginHtml() to EndForm() and the Disp operations write to standard output; all other
+    // operations return their text and write nothing. Nothing is escaped: names, values and
+    // contents are copied byte for byte. Pass text from a client through EscapeHtml() first
     // (cgilib_escape.h).
     //
-    // Not well-formed XML, at the XHTML levels too: CheckBoxGroup(), RadioGroup(), ResetButton(),
-    // the listings of Disp operations, and an attribute without value where it is minimized. Write
+    // The following are not well-formed XML at any level: CheckBoxGroup(), RadioGroup(),
+    // ResetButton(), the diagnostic listings, and minimized attributes. Write
     // {"checked", "checked"} instead of {"checked", ""}.
     //
-    // The examples show XHTML at indent 0; HTML 4.01 closes an element without end tag by ">"
-    // instead of " />" (XHTML 1.0, C.2). The indent counts blanks. \n stands for a line end, and
-    // a one-line example ends in one unless the text says otherwise.
+    // The examples show XHTML at indent 0; in HTML 4.01 an element without an end tag ends with ">"
+    // instead of " />" (XHTML 1.0, C.2). The indent is a number of spaces. \n stands for a newline;
+    // a one-line example ends with one unless stated otherwise.
 
-    /// Attribute name to value. Attributes appear in the byte order of their names.
+    /// Attribute name to value. Attributes are written in the byte order of their names.
     using tAttributes = std::map<std::string, std::string>;
 
     using tStrings = std::vector<std::string>;
@@ -168,7 +169,7 @@ public:
     /// Option text to the attributes of that option.
     using tOptions = std::map<std::string, tAttributes>;
 
-    /// A decoration of text, named like its tag.
+    /// The decorations of DecorateText(), named after their tags.
     enum eTextDisplayID : std::uint8_t
     {
         eDISPLAY_ACRONYM = 0,
@@ -194,45 +195,46 @@ public:
 
     /// Writes everything up to the start of the body: the CGI header, the XML declaration, the
     /// document type, the head with the title (no title element if it is empty) and the head lines,
-    /// and <body> with the body attributes as they are given: complete ones, such as class="main".
-    /// Each head line gets a line end. Flushes after every line and sets the indent to 2.
-    /// Status, Set-Cookie and other header fields go out before it, a line each:
+    /// and <body> with the given attributes, each a complete one such as class="main".
+    /// Writes a newline after each head line. Flushes after every line and sets the indent to 2.
+    /// Write Status, Set-Cookie and other header fields before it, one per line:
     /// std::cout << "Status: 405 Method Not Allowed\nAllow: GET, POST\n";
-    /// The XML declaration always says iso-8859-1. Browsers do not go by it; a page in UTF-8 has as
-    /// its first head line
+    /// The XML declaration always says iso-8859-1, which browsers ignore. The first head line of a
+    /// page in UTF-8 must be
     /// Meta({{"http-equiv", "Content-Type"}, {"content", "text/html; charset=utf-8"}}).
     void BeginHtml(const std::string& a_s_title, const tStrings& a_c_bodyAttributes,
                    const tStrings& a_c_headLines);
 
-    /// Writes </body> and </html>. The indent stays.
+    /// Writes </body> and </html>. Leaves the indent unchanged.
     void EndHtml() const;
 
     /// Writes <form action="/cgi" method="post"> at the indent and raises the indent by 1.
     void BeginForm(const tAttributes& a_m_attributes);
 
-    /// Lowers the indent by 1 and writes </form> at it. At 0 the indent stays.
+    /// Lowers the indent by 1, unless it is 0, and writes </form> at it.
     void EndForm();
 
-    // Texts of the page between these, most of them made by what follows.
+    // The text between these, most of it made by the operations below.
 
-    /// Writes the text at the indent, a line end, and flushes.
+    /// Writes the text at the indent and a newline, and flushes.
     void DispLine(std::string a_s_text) const;
     /// Writes the text at the indent and nothing after it.
     void DispText(std::string a_s_text) const;
 
     // ---- Attributes ----
 
-    /// The attributes of an element without content, " alt=\"\" src=\"a.png\"": without line end.
+    /// The attributes of an element without content: " alt=\"\" src=\"a.png\"", without a newline.
     std::string InflateAtomicTag(const tAttributes& a_m_attributes) const;
 
-    /// The attributes, the end of the start tag and the content: " class=\"x\" nowrap>text". An
-    /// attribute without value is minimized to its name (HTML 4.01, 3.3.4). The indent's blanks
-    /// stand before the content, also before an empty one. With a_b_newline a line end stands
-    /// before them, and one after the content unless it is empty or ends with one.
+    /// The attributes, the end of the start tag, the indent and the content:
+    /// " class=\"x\" nowrap>text". An attribute with an empty value is minimized to its name
+    /// (HTML 4.01, 3.3.4). The indent is written even if the content is empty. If a_b_newline is
+    /// set, a newline precedes the indent, and another follows the content unless it is empty or
+    /// ends with one.
     std::string InflateDiatomicTag(const tAttributes& a_m_attributes,
                                    const std::string& a_s_content, bool a_b_newline) const;
 
-    // ---- Elements without end tag ----
+    // ---- Elements without an end tag ----
     // Not indented.
 
     /// <input type="button" name="n" value="v" />
@@ -261,7 +263,7 @@ public:
     std::string Password(const tAttributes& a_m_attributes) const;
     /// <input type="radio" name="n" />
     std::string RadioButton(const tAttributes& a_m_attributes) const;
-    /// <input type="reset" name="n" value="v">, in XHTML too, and without line end.
+    /// <input type="reset" name="n" value="v">, at every level, without a newline.
     std::string ResetButton(const tAttributes& a_m_attributes, const std::string& a_s_value) const;
     /// <input type="submit" name="n" value="v" />
     std::string Submit(const tAttributes& a_m_attributes, const std::string& a_s_value) const;
@@ -269,13 +271,13 @@ public:
     std::string Text(const tAttributes& a_m_attributes, const std::string& a_s_value) const;
 
     // ---- Elements with content ----
-    // Attributes and content as InflateDiatomicTag() gives them.
+    // Attributes and content are written as InflateDiatomicTag() returns them.
 
-    /// <a href="/">\ncontent\n</a>, without indent before it and line end after it.
+    /// <a href="/">\ncontent\n</a>, without an indent before it or a newline after it.
     std::string A(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
     /// "  <div  id="d">\ncontent\n  </div>", or "  <div  id="d"></div>" if there is no content.
     std::string Div(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
-    /// "  <font color="red">text</font>", without line end.
+    /// "  <font color="red">text</font>", without a newline.
     std::string Font(const tAttributes& a_m_attributes, const std::string& a_s_text) const;
     /// "  <form action="/cgi">\ncontent\n  </form>". Unlike BeginForm() it leaves the indent alone.
     std::string Form(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
@@ -285,27 +287,28 @@ public:
     std::string Span(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
 
     /// <script language="javascript" type="text/javascript">\n <!--\ncode //-->\n</script>: a
-    /// comment hides the code from old browsers (HTML 4.01, 18.3.2). The code should end in a line
-    /// end, for none is added. Without code <script language="javascript"
+    /// comment hides the code from old browsers (HTML 4.01, 18.3.2). The code should end with a
+    /// newline; none is added. Without code: <script language="javascript"
     /// type="text/javascript"></script>.
     std::string Script(const tAttributes& a_m_attributes, const std::string& a_s_code) const;
 
     /// <textarea cols="40" rows="4" name="n">\ncontent\n</textarea>, sized in lines and characters;
-    /// from 2^31 up a size appears negative. Empty values are minimized; nothing is indented.
-    /// The line end after the content comes back as a part of the field: cut "\r\n" off its end, or
-    /// the text grows each time.
+    /// a size above 2147483647 is written as a negative number. Attributes with empty values are
+    /// minimized; nothing is indented.
+    /// The newline after the content comes back as part of the field: remove "\r\n" from its end,
+    /// or the text grows each time.
     std::string TextArea(const tAttributes& a_m_attributes, const std::string& a_s_content,
                          unsigned int a_u_rows, unsigned int a_u_cols) const;
 
     // ---- Choice lists ----
-    // <select name="n">\n, a line for each choice, </select>; not indented. The lines are
-    //   of values    " <option value="v">v</option>". The attribute "DEFAULT" does not appear: it
-    //                names the value that is marked, " <option selected="selected" value=...".
-    //   of options   " <option value="1">text</option>", with the attributes of the option, an
-    //                empty value minimized. "DEFAULT" is an attribute like any other.
-    //   of items     the items as they are, for example Option() texts. "DEFAULT" likewise.
-    // DEFAULT is compared as it is given: escape both it and the values, or neither.
-    // A size counts visible lines; from 2^31 up it appears negative.
+    // <select name="n">\n, one line per choice, </select>; not indented. The lines are
+    //   for values   " <option value="v">v</option>". The attribute "DEFAULT" names the one that is
+    //                selected, " <option selected="selected" value=...", and is not itself written.
+    //   for options  " <option value="1">text</option>", with the attributes of the option, those
+    //                with empty values minimized. "DEFAULT" is an attribute like any other.
+    //   for items    the items unchanged, such as those that Option() returns. "DEFAULT" likewise.
+    // DEFAULT is compared with the values as given: escape both or neither.
+    // A size is in visible lines; above 2147483647 it is written as a negative number.
 
     /// <select name="n">...
     std::string PopupMenu(const tAttributes& a_m_attributes, const tStrings& a_c_values) const;
@@ -322,10 +325,11 @@ public:
     std::string ScrollList(const tAttributes& a_m_attributes, const tStrings& a_c_items,
                            unsigned int a_u_size) const;
 
-    // For each value, at the indent and without line end after the label. "DEFAULT" names the value
-    // that is marked; checked="checked" takes its place among the attributes.
-    // A value stands beside its box, but is no label that a screen reader tells or a click reaches:
-    // accessible pages use CheckBox() and RadioButton() with a <label for="id">.
+    // A control with a label for each value, at the indent, without a newline after the label.
+    // "DEFAULT" names the one that is checked; checked="checked" replaces it among the attributes.
+    // The values appear next to their boxes, but a screen reader does not announce them, and
+    // clicking them has no effect on the box: accessible pages use CheckBox() and RadioButton()
+    // with a <label for="id">.
 
     /// <input type=checkbox  name="n" value="v" />\nv
     std::string CheckBoxGroup(const tAttributes& a_m_attributes, const tStrings& a_c_values) const;
@@ -333,16 +337,16 @@ public:
     std::string RadioGroup(const tAttributes& a_m_attributes, const tStrings& a_c_values) const;
 
     // ---- Tables and framesets ----
-    // The content stands as it is, without line end. Of the elements of a list, cells and frames
-    // get the indent and a line end, rows nothing. End tags stand at the indent.
+    // The content is copied unchanged, and no newline is added. In a list, each cell or frame gets
+    // the indent and a newline, a row neither. End tags are written at the indent.
 
-    /// <table border="1">\ncontent</table>; of a list <table  border="1">\nrows</table>.
+    /// <table border="1">\ncontent</table>; for a list <table  border="1">\nrows</table>.
     std::string Table(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
     std::string Table(const tAttributes& a_m_attributes, const tStrings& a_c_rows) const;
     /// " <tr align="left">\ncontent </tr>"
     std::string Tr(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
     std::string Tr(const tAttributes& a_m_attributes, const tStrings& a_c_cells) const;
-    /// "  <td nowrap>\ncontent\n  </td>", as InflateDiatomicTag() gives it; of a list a cell each.
+    /// "  <td nowrap>\ncontent\n  </td>", see InflateDiatomicTag(); for a list, one cell each.
     std::string Td(const tAttributes& a_m_attributes, const std::string& a_s_content) const;
     std::string Td(const tAttributes& a_m_attributes, const tStrings& a_c_contents) const;
     /// " <frameset cols="50%,50%">\ncontent </frameset>"
@@ -351,29 +355,29 @@ public:
 
     // ---- Text ----
 
-    /// <h3>text</h3>, without line end. An identifier outside the enumeration ends the process with
-    /// a failed assertion, in a Release build too.
+    /// <h3>text</h3>, without a newline. Ends the process with a failed assertion, in every build
+    /// type, if the identifier is outside the enumeration.
     std::string DecorateText(eTextDisplayID a_e_display, std::string a_s_text) const;
 
-    /// a_u_count times <br />\n, in HTML 4.01 <br>\n; nothing at a level outside eCompliance.
+    /// a_u_count times <br />\n, or <br>\n in HTML 4.01; empty at a level outside eCompliance.
     std::string Br(unsigned int a_u_count) const;
 
-    // ---- Listings for diagnosis ----
-    // They show the client's texts unescaped: never on a public page.
+    // ---- Diagnostic listings ----
+    // They show client data unescaped: never use them on a public page.
 
-    /// Writes "key = 'value'<BR>" at the indent, a flushed line for each variable.
+    /// Writes one flushed line per variable at the indent, "key = 'value'<BR>".
     void DispEnvironment() const;
-    /// Writes "key = 'value'<BR>" at the indent, a flushed line for each field.
+    /// Writes one flushed line per field at the indent, "key = 'value'<BR>".
     void DispGetData() const;
-    /// Writes "key = 'value'<br>" at the indent, a flushed line for each field.
+    /// Writes one flushed line per field at the indent, "key = 'value'<br>".
     void DispPostData() const;
 
-    // ---- Braced lists ----
-    // Lists stand in one pair of braces, Tr(attributes, {"a", l_s_b}), and options are pairs,
-    // PopupMenu(attributes, {{"a", {}}, {"b", {{"value", "2"}}}}). For two iterators write
+    // ---- Lists in braces ----
+    // Values go in one pair of braces, Tr(attributes, {"a", l_s_b}); options are pairs,
+    // PopupMenu(attributes, {{"a", {}}, {"b", {{"value", "2"}}}}). For two iterators, write
     // tStrings(l_c_begin, l_c_end).
-    // Without these overloads the braces could also mean one std::string, or one map, made of two
-    // iterators.
+    // Without these overloads the braces could also mean one std::string, or one map, made from
+    // two iterators.
 
     using tBracedList = std::initializer_list<std::string>;
     std::string Table(const tAttributes& a_m_attributes, tBracedList a_c_rows) const
@@ -393,8 +397,8 @@ public:
         return Frameset(a_m_attributes, tStrings(a_c_frames));
     }
 
-    /// A value in braces: what turns into a std::string by itself. An option without attributes,
-    /// {"b", {}}, must not turn into one, and two std::strings must not count as two iterators.
+    /// A value in braces: anything that converts implicitly to std::string. An option without
+    /// attributes, {"b", {}}, must not, and two std::strings must not count as two iterators.
     struct sBracedValue
     {
         template<class tText, class = typename std::enable_if<
@@ -431,18 +435,18 @@ public:
     }
 
 private:
-    // What one read of a multipart body may take.
+    // The most that one read of a multipart body may take.
     static constexpr std::size_t READ_BUFFER_SIZE = 131072;
 
-    // The value of a captured variable, or null in a copied object, which has none.
+    // The value of a captured variable, or null in a copied object, which has none of them.
     const std::string* Environment(const char* a_p_name) const;
 
-    // Splits and decodes URL-encoded text, for both kinds of request.
+    // Splits and decodes URL-encoded text, for GET and POST.
     static void StoreFields(const std::string& a_s_text, tFormData& a_m_data);
 
     // ---- HTML ----
 
-    // What depends on the compliance level. The document type is empty where there is none.
+    // These depend on the compliance level. The document type is empty if there is none.
     const char* DocumentType() const;
     const char* EmptyElementEnd() const;
     const char* LineBreak() const;
@@ -453,16 +457,16 @@ private:
     // ` name="value"`
     static std::string Attribute(const std::string& a_s_name, const std::string& a_s_value);
 
-    // Like InflateAtomicTag(), but an empty value leaves the name alone.
+    // Like InflateAtomicTag(), but an attribute with an empty value is minimized to its name.
     static std::string MinimizedAttributes(const tAttributes& a_m_attributes);
 
     static std::string Decimal(unsigned int a_u_number);
 
-    // The items, each with a text before and one after it.
+    // The items, each between the two strings.
     static std::string Listed(const tStrings& a_c_items, const std::string& a_s_before,
                               const std::string& a_s_after);
 
-    // The families of elements; see their users for what tells the members apart.
+    // The families of elements; the callers show how the members differ.
     std::string EmptyElement(const std::string& a_s_opening, const tAttributes& a_m_attributes,
                              const std::string& a_s_value = "") const;
     std::string Container(const char* a_p_opening, const tAttributes& a_m_attributes,
@@ -480,15 +484,15 @@ private:
     std::uint32_t m_u_indent = 0;
     bool m_b_fileUpload = false;
     std::string m_s_uploadFilename;
-    std::unique_ptr<char[]> m_p_readBuffer; // multipart bodies pass through it
+    std::unique_ptr<char[]> m_p_readBuffer; // for multipart bodies
 };
 
 std::ostream& operator<<(std::ostream& a_c_stream, const cCGI& a_c_request);
 
-/// The number that a zero-terminated text of hexadecimal digits gives. Any other character counts
-/// as its low four bits, plus 9 if bit 0x40 is set, and a digit above 15 carries: "zz" gives 323.
-/// Past 32 bits the high bits are lost.
-// NOLINTNEXTLINE(readability-non-const-parameter): callers hold a pointer to this very type.
+/// The value of a null-terminated string of hexadecimal digits. Any other character has the value
+/// of its low four bits, plus 9 if bit 0x40 is set; a value above 15 carries: "zz" yields 323.
+/// Beyond 32 bits the high bits are lost.
+// NOLINTNEXTLINE(readability-non-const-parameter): callers rely on this exact type.
 int Htoi(char* a_p_digits);
 
 #endif

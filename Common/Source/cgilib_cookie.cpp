@@ -7,7 +7,7 @@
 namespace
 {
 
-// Cuts the text up to the separator off, and the separator; gives what stood before it.
+// Removes the text up to and including the separator; returns what preceded the separator.
 std::string_view CutOff(std::string_view& a_s_text, char a_i_separator)
 {
     const std::string_view l_s_first = a_s_text.substr(0, a_s_text.find(a_i_separator));

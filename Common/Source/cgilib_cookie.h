@@ -3,12 +3,12 @@
 
 #include <string>
 
-/// The value of a cookie that came with the request (HTTP_COOKIE; RFC 6265, 4.2), or the empty text
-/// if none of that name came. Of several the first counts, which browsers make the one with the
-/// longest path. Nothing is decoded, and quotation marks stay; names are compared as written.
+/// The value of the first cookie of that name in HTTP_COOKIE (RFC 6265, 4.2), unchanged, or an
+/// empty string if there is none. Browsers send the cookie with the longest path first. Nothing is
+/// decoded, and quotation marks are kept; names are compared as written.
 ///
-/// A cookie is a client's text like any other: in a page it goes through EscapeHtml(). One that
-/// EscapeUrl() made fit for Set-Cookie is decoded by cCGI::NormalizeData().
+/// A cookie is text from a client like any other: show it in a page through EscapeHtml(). If
+/// EscapeUrl() encoded it for Set-Cookie, cCGI::NormalizeData() decodes it.
 ///
 ///     std::cout << "Set-Cookie: message=" << EscapeUrl(l_s_message) << "; HttpOnly\n";
 std::string GetCookie(const std::string& a_s_name);

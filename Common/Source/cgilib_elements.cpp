@@ -1,6 +1,6 @@
 #include "cgilib.h"
 
-// ---- Elements without end tag ----
+// ---- Elements without an end tag ----
 
 std::string cCGI::EmptyElement(const std::string& a_s_opening, const tAttributes& a_m_attributes,
                                const std::string& a_s_value) const
@@ -96,7 +96,7 @@ std::string cCGI::A(const tAttributes& a_m_attributes, const std::string& a_s_co
     return "<a" + InflateDiatomicTag(a_m_attributes, a_s_content, true) + Indent() + "</a>";
 }
 
-// Only an element with content is spread over lines.
+// Only an element with content is spread over several lines.
 std::string cCGI::Container(const char* a_p_opening, const tAttributes& a_m_attributes,
                             const std::string& a_s_content, const char* a_p_closing) const
 {
@@ -146,7 +146,7 @@ std::string cCGI::Script(const tAttributes& a_m_attributes, const std::string& a
            "</script>\n";
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): generators are called alike.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): all generators are called alike.
 std::string cCGI::TextArea(const tAttributes& a_m_attributes, const std::string& a_s_content,
                            unsigned int a_u_rows, unsigned int a_u_cols) const
 {

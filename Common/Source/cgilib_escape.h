@@ -3,21 +3,21 @@
 
 #include <string>
 
-/// The text as it has to stand in a page to show as it is: & < > " and ' become &amp; &lt; &gt;
-/// &quot; and &#39;. cCGI copies every text unchanged, so what comes from a client, a file or
-/// another program passes through here first.
+/// The text with & < > " ' replaced by &amp; &lt; &gt; &quot; &#39;, so that a page shows it
+/// literally. cCGI copies all text unchanged, so pass text from a client, a file or another program
+/// through here first.
 ///
 ///     l_c_page.Text({{"name", "host"}}, EscapeHtml(l_c_page.GetField("host")))
 ///
-/// For text between tags and for attribute values in quotes. It makes nothing safe that stands in a
-/// script or a style, or in an attribute that holds code (onclick) or a URL (href, which may say
-/// "javascript:"): keep what others chose out of these. Escape once: a text that is escaped already
-/// shows its references.
+/// For text between tags and for quoted attribute values. It does not make text safe in a script,
+/// in a style, or in an attribute that holds code (onclick) or a URL (href, which may begin with
+/// "javascript:"): keep text chosen by others out of these. Escape once: text escaped twice shows
+/// its character references.
 std::string EscapeHtml(const std::string& a_s_text);
 
-/// The text as it has to stand in a part of a URL: every byte but letters, digits and - . _ ~ as %
-/// and two hexadecimal digits (RFC 3986, 2.1). What it gives also fits into a cookie, and into HTML
-/// as it is. cCGI decodes fields by itself; cCGI::NormalizeData() decodes other texts.
+/// The text with every byte except letters, digits and - . _ ~ replaced by % and two hexadecimal
+/// digits (RFC 3986, 2.1), for a part of a URL. The result also fits into a cookie and, unescaped,
+/// into HTML. cCGI decodes fields by itself; cCGI::NormalizeData() decodes other text.
 ///
 ///     "query?host=" + EscapeUrl("//user[@name='a & b']")
 ///

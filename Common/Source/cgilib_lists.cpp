@@ -3,7 +3,7 @@
 namespace
 {
 
-// The attribute that names the preselected value. No HTML attribute of its own.
+// The attribute that names the preselected value. It is not an HTML attribute.
 constexpr const char* const DEFAULT = "DEFAULT";
 
 cCGI::tAttributes WithoutDefault(cCGI::tAttributes a_m_attributes)

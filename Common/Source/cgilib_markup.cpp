@@ -3,7 +3,7 @@
 namespace
 {
 
-// What a compliance level selects. The system identifiers are the addresses that the W3C keeps
+// What a compliance level selects. The system identifiers are the addresses that the W3C maintains
 // for all revisions of a document type.
 struct sMarkup
 {
@@ -25,7 +25,7 @@ constexpr sMarkup XHTML_1_0_TRANSITIONAL = {
     R"(<!DOCTYPE html PUBLIC "-//W3C//DTD XHTML 1.0 Transitional//EN" "http://www.w3.org/TR/xhtml1/DTD/xhtml1-transitional.dtd">)",
     " />\n", "<br />\n"};
 constexpr sMarkup XHTML_NO_DOCTYPE = {"", " />\n", "<br />\n"};
-// For a number that is none of the levels.
+// For a number outside the enumeration.
 constexpr sMarkup OUTSIDE = {"", " />\n", ""};
 
 constexpr const sMarkup& Markup(cCGI::eCompliance a_e_compliance)
@@ -66,7 +66,7 @@ const char* cCGI::LineBreak() const
     return Markup(m_e_compliance).m_p_lineBreak;
 }
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): generators are called alike.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): all generators are called alike.
 std::string cCGI::InflateAtomicTag(const tAttributes& a_m_attributes) const
 {
     std::string l_s_text;

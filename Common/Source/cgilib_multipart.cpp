@@ -22,11 +22,11 @@ constexpr const char* const FUNCTION = "ParseMultipartData";
 constexpr std::string_view HEADER_END = "\r\n\r\n";
 constexpr std::string_view CLOSING_END = "--\r\n";
 
-// Of a part header that has not arrived in full, fewer bytes than this may wait.
+// A part header that has not arrived in full must be shorter than this.
 constexpr std::size_t MAX_WAITING_HEADER = 10240;
 
-// What stands between the first two double quotes after a_u_from, and anything before the first
-// quote too: without quotes everything up to the end of the header block.
+// The text between the first two double quotes after a_u_from, preceded by anything before the
+// first quote; without quotes, everything up to the end of the header block.
 std::string QuotedText(std::string_view a_s_header, std::size_t a_u_from)
 {
     std::string l_s_text;
@@ -41,7 +41,7 @@ std::string QuotedText(std::string_view a_s_header, std::size_t a_u_from)
     return l_s_text;
 }
 
-// What follows the attribute ("name=") in the header block; empty if it is absent.
+// The value of the attribute ("name=") in the header block; empty if it is absent.
 std::string HeaderAttribute(std::string_view a_s_header, std::string_view a_s_attribute)
 {
     const std::size_t l_u_found = a_s_header.find(a_s_attribute);
@@ -50,7 +50,7 @@ std::string HeaderAttribute(std::string_view a_s_header, std::string_view a_s_at
                : QuotedText(a_s_header, l_u_found + a_s_attribute.size());
 }
 
-// Browsers of either system send a path: no client chooses a directory of ours by it.
+// Windows and Unix clients may send a path: it must not choose one of our directories.
 std::string UploadPath(const std::string& a_s_clientName)
 {
     const std::string l_s_name = a_s_clientName.substr(a_s_clientName.rfind('\\') + 1);
@@ -62,11 +62,11 @@ struct sFileCloser
     void operator()(std::FILE* a_p_file) const { std::fclose(a_p_file); }
 };
 
-// Opens a file as fopen() does for writing, but no FIFO: its opening and every write would wait for
-// a reader, maybe for ever. Gives null, with errno, where fopen() does.
+// Opens a file for writing as fopen() does, except a FIFO: opening it, and every write to it, could
+// wait forever for a reader. Returns null and sets errno where fopen() does.
 std::FILE* OpenUnlessFifo(const std::string& a_s_path)
 {
-    constexpr mode_t ALL_MAY_READ_AND_WRITE = 0666; // but for what the umask takes away
+    constexpr mode_t ALL_MAY_READ_AND_WRITE = 0666; // minus the umask
     const int l_i_file =
         open(a_s_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC,
              ALL_MAY_READ_AND_WRITE);
@@ -76,9 +76,9 @@ std::FILE* OpenUnlessFifo(const std::string& a_s_path)
     std::FILE* l_p_file = nullptr;
     struct stat l_c_status = {};
     if (fstat(l_i_file, &l_c_status) == 0 && S_ISFIFO(l_c_status.st_mode)) {
-        errno = ENXIO; // as where there is no reader
+        errno = ENXIO; // as if there were no reader
     } else if (fcntl(l_i_file, F_SETFL, 0) == 0) {
-        // Writing may wait again: a device takes its time.
+        // Writes may block again: a device may be slow.
         l_p_file = fdopen(l_i_file, "w");
     }
     if (l_p_file == nullptr) {
@@ -95,18 +95,18 @@ enum eParseState
 };
 
 // The working data of one parse and its three steps. Each step works on what has been read so far
-// and tells the state that follows it.
+// and returns the next state.
 class cMultipartParser
 {
 public:
-    // Reads a_u_readSize bytes at a time straight into the buffer, which is replaced by one that
-    // has room for what waits as well.
+    // Reads a_u_readSize bytes at a time directly into the buffer, which is replaced with one that
+    // also has room for waiting bytes.
     cMultipartParser(const std::string& a_s_boundary, std::uint64_t a_u_length,
                      std::unique_ptr<char[]>& a_p_buffer, std::size_t a_u_readSize,
                      cCGI::tFormData& a_m_postData);
 
-    // Takes one read from standard input. Returns whether there is a step to take: not so at the
-    // end of the body and after a fault.
+    // Reads once from standard input. Returns whether there is a step to take: false at the end of
+    // the body and after an error.
     bool Refill();
 
     eParseState ReadHeader();
@@ -139,7 +139,7 @@ private:
     cCGI::tFormData& m_m_postData;
 
     eOutcome m_e_outcome = eGOING;
-    bool m_b_needsBytes = false; // the last step can do no more with what has been read
+    bool m_b_needsBytes = false; // the last step cannot continue with what has been read
 
     std::string m_s_fieldName;
     std::string m_s_fieldValue;
@@ -157,14 +157,14 @@ cMultipartParser::cMultipartParser(const std::string& a_s_boundary, std::uint64_
       m_c_accumulator(a_p_buffer, std::max(m_u_readSize, m_s_delimiter.size()), m_u_readSize),
       m_u_remaining(a_u_length), m_m_postData(a_m_postData)
 {
-    // The first boundary has no line end in front of it; with this one it matches the delimiter
-    // like every later boundary.
+    // The first boundary is not preceded by a CRLF; with this one it matches the delimiter like
+    // every later boundary.
     std::memcpy(m_c_accumulator.Room(2), "\r\n", 2);
     m_c_accumulator.Added(2);
 }
 
-// Nothing is read as long as a step can be taken and a read's worth of bytes waits: otherwise every
-// small part in front of a file would add a read to what is held in memory.
+// Nothing is read while a step can be taken and a full read is already waiting: otherwise every
+// small part before a file would add another read to what is held in memory.
 bool cMultipartParser::Refill()
 {
     const std::size_t l_u_waiting = m_c_accumulator.Bytes().size();
@@ -183,8 +183,8 @@ bool cMultipartParser::Refill()
         static_cast<std::size_t>(std::min<std::uint64_t>(m_u_remaining, m_u_readSize));
     const std::size_t l_u_read =
         l_u_wanted == 0 ? 0 : std::fread(m_c_accumulator.Room(l_u_wanted), 1, l_u_wanted, stdin);
-    // Without new bytes the step would find what it found last time. Where none can come the body
-    // has ended inside a part; otherwise sleep instead of asking again and again.
+    // Without new bytes the step would find what it found last time. If none can arrive, the body
+    // has ended inside a part; otherwise sleep rather than spin.
     const bool l_b_stuck = l_u_read == 0 && m_b_needsBytes;
     if (l_b_stuck && (l_u_wanted == 0 || !AwaitStandardInput())) {
         m_e_outcome = eFAILED;
@@ -264,9 +264,9 @@ void cMultipartParser::AcceptClosingBoundary()
     }
 }
 
-// Takes what certainly belongs to the content of the part: all before the delimiter, or, while
-// there is none, all but a tail that may begin one. In the second case the next step needs more
-// bytes.
+// Takes what certainly belongs to the content of the part: everything before the delimiter or, if
+// none has been found, everything except a tail that may begin one. In the second case the next
+// step needs more bytes.
 std::string_view cMultipartParser::TakeContent()
 {
     const std::string_view l_s_bytes = m_c_accumulator.Bytes();
@@ -327,20 +327,20 @@ bool cMultipartParser::OpenUpload()
                m_s_uploadPath.c_str(), std::strerror(errno));
         return false;
     }
-    // Unbuffered: what fwrite reports as written is in the file, and large chunks are not split.
+    // Unbuffered, so what fwrite reports as written is in the file, and large chunks are not split.
     std::setvbuf(m_p_uploadFile.get(), nullptr, _IONBF, 0);
     return true;
 }
 
 void cMultipartParser::Write(std::string_view a_s_chunk)
 {
-    // After a short write (a full disk) the next chunk goes where that one ended.
+    // After a short write (a full disk) the next chunk is written where that one ended.
     fseeko(m_p_uploadFile.get(), m_i_writeOffset, SEEK_SET);
     m_i_writeOffset += static_cast<off_t>(
         std::fwrite(a_s_chunk.data(), 1, a_s_chunk.size(), m_p_uploadFile.get()));
 }
 
-// How many bytes at the end may be the start of a delimiter that the next read completes.
+// The number of bytes at the end that may begin a delimiter which the next read completes.
 std::size_t cMultipartParser::DelimiterStartLength(std::string_view a_s_bytes) const
 {
     std::size_t l_u_length = std::min(a_s_bytes.size(), m_s_delimiter.size() - 1);
@@ -357,7 +357,7 @@ bool cMultipartParser::Finish()
     if (m_e_outcome == eABANDONED) {
         return false;
     }
-    // A value that was cut off behind a line end may have been cut off inside a delimiter.
+    // A value that was cut off after a CR may have been cut off inside a delimiter.
     const bool l_b_success =
         m_e_outcome == eGOING && m_s_fieldValue.find('\r') == std::string::npos;
     syslog(LOG_DEBUG, "%s - returning %d", FUNCTION, l_b_success ? 1 : 0);
@@ -374,8 +374,8 @@ bool cCGI::ParseMultipartData()
         syslog(LOG_ERR, "%s - Unable to set STDIN to non-blocking.", FUNCTION);
         return false;
     }
-    // A pipe holds 64 KiB unless told otherwise, so a fast client would wait for every read. An
-    // input that is no pipe refuses this.
+    // A pipe holds 64 KiB by default, so a fast client would wait for every read. This fails if
+    // standard input is not a pipe.
     fcntl(STDIN_FILENO, F_SETPIPE_SZ, static_cast<int>(2 * READ_BUFFER_SIZE));
 
     const std::string* l_p_length = Environment("CONTENT_LENGTH");
@@ -399,7 +399,7 @@ bool cCGI::ParseMultipartData()
         return false;
     }
 
-    // 64 bits also where long has 32: a body past 4 GiB is counted, not wrapped.
+    // 64 bits even if long has 32: the count of a body past 4 GiB must not wrap.
     const std::uint64_t l_u_length = std::strtoull(l_p_length->c_str(), nullptr, 10);
     cMultipartParser l_c_parser(l_p_type->substr(l_u_equals + 1), l_u_length, m_p_readBuffer,
                                 READ_BUFFER_SIZE, m_m_postData);

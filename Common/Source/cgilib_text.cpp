@@ -4,14 +4,14 @@
 #include <iostream>
 #include <utility>
 
-// A Release build asserts too; without this <cassert> declares nothing to call.
+// A Release build asserts too; without this, <cassert> declares nothing to call.
 #undef NDEBUG
 #include <cassert>
 
 namespace
 {
 
-// By eTextDisplayID.
+// Indexed by eTextDisplayID.
 constexpr std::array DECORATIONS = {
     "acronym", "b", "center", "em",     "h1",  "h2",  "h3", "h4", "h5",
     "h6",      "i", "strike", "strong", "sub", "sup", "tt", "u",
@@ -29,11 +29,11 @@ void Display(const cCGI::tFormData& a_m_data, const std::string& a_s_indent,
 
 } // namespace
 
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static): generators are called alike.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): all generators are called alike.
 std::string cCGI::DecorateText(eTextDisplayID a_e_display, std::string a_s_text) const
 {
     if (a_e_display >= DECORATIONS.size()) {
-        // Not assert(): file and function shall read the same whatever builds this source.
+        // Not assert(): file and function must read the same whatever builds this source.
         __assert_fail(
             "0UL", "Common/Source/cgilib_text.cpp", __LINE__,
             "std::__cxx11::string cCGI::DecorateText(cCGI::eTextDisplayID, std::__cxx11::string)");

@@ -9,11 +9,11 @@
 namespace
 {
 
-// Queries are short; a client must not be able to fill a small device's memory.
+// Queries are short, and a client must not be able to fill a small device's memory.
 constexpr long MAX_BODY_LENGTH = 16L * 1024 * 1024;
 
-// The first line of standard input, without its line feed, or its first a_u_limit bytes: the read
-// does not look for a byte beyond them, which a server that keeps the pipe open never sends.
+// The first line of standard input, without its line feed, but at most a_u_limit bytes: a server
+// that keeps the pipe open never sends the byte after them, so the read must not wait for it.
 std::string ReadLine(std::size_t a_u_limit)
 {
     std::string l_s_line;
@@ -46,7 +46,7 @@ bool cCGI::ParsePostData()
     if (l_p_length == nullptr) {
         return false;
     }
-    // Not atoi: past the range of int its result is undefined, and strtol's is merely too large.
+    // Not atoi: beyond the range of int its result is undefined; strtol's is merely too large.
     const long l_i_length = std::strtol(l_p_length->c_str(), nullptr, 10);
     if (l_i_length <= 0 || l_i_length > MAX_BODY_LENGTH) {
         return false;

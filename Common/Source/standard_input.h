@@ -6,12 +6,12 @@
 #include <poll.h>
 #include <unistd.h>
 
-/// To be called after a read of stdin that gave fewer bytes than were asked for. Returns false at
-/// the end of input and after an error: no more bytes will come. Otherwise standard input is
+/// Call this after a read of stdin that returned fewer bytes than requested. Returns false at the
+/// end of input and after an error: no more bytes will arrive. Otherwise standard input is
 /// non-blocking and merely empty: clears the stream's error state, sleeps until standard input is
 /// readable or has ended, and returns true. REQUIRES: errno is still that of the read.
 ///
-/// Each source has its own, so that a page which is linked with the library may use the name.
+/// Static, so that a page linked with the library can use the name itself.
 static inline bool AwaitStandardInput()
 {
     const bool l_b_empty = errno == EAGAIN || errno == EINTR;
