@@ -23,9 +23,9 @@ struct sFileCloser
 };
 using tFile = std::unique_ptr<std::FILE, sFileCloser>;
 
-// The pid that the file begins with, white space aside: 0 if the file is missing or empty, none if
-// it holds something else or cannot be read. Needs no memory, so that a process that ran out of it
-// can still tell whether the file is its own.
+// The pid at the start of the file, after any white space: 0 if the file is missing or empty,
+// nullopt if it holds anything else or cannot be read. Allocates nothing, so a process that has run
+// out of memory can still tell whether the file is its own.
 std::optional<std::int32_t> StoredPid(const std::string& a_s_path)
 {
     const int l_i_file = open(a_s_path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -38,15 +38,15 @@ std::optional<std::int32_t> StoredPid(const std::string& a_s_path)
     if (l_i_length == 0) {
         return 0;
     }
-    // Without the bound a number past 32 bits would name some other process where long has 64 bits.
+    // Without the bound a number beyond 32 bits would name another process if long has 64 bits.
     constexpr unsigned long LARGEST = std::numeric_limits<std::uint32_t>::max();
     const unsigned long l_u_number = std::min(std::strtoul(l_text, nullptr, 10), LARGEST);
     return l_u_number == 0 ? std::nullopt : std::optional(static_cast<std::int32_t>(l_u_number));
 }
 
-// The first word of the file, its white space aside; empty when the file cannot be read. NUL is no
-// white space: the word runs over the separators of a command line. By std::ifstream it would bring
-// the locales in, and the static program would have 1.63 MB instead of 1.18.
+// The first word of the file, after any white space; empty if the file cannot be read. NUL is not
+// white space, so the word runs past the separators of a command line. std::ifstream would pull in
+// the locales, and the static program would be 1.63 MB instead of 1.18.
 std::string ReadWord(const std::string& a_s_path)
 {
     std::string l_s_word;
@@ -111,7 +111,7 @@ void cPidFile::WriteFile()
            m_s_pidFile.c_str());
     const bool l_b_whole = std::fputs(itos(m_i_pid).c_str(), l_p_file) >= 0;
     m_b_fileWritten = std::fclose(l_p_file) == 0 && l_b_whole;
-    // The beginning of a pid would name another process.
+    // A truncated pid would name another process.
     if (!m_b_fileWritten) {
         unlink(m_s_pidFile.c_str());
     }
