@@ -1,7 +1,7 @@
 #!/bin/sh
-# Uses the development package in folder $2 as the author of a page does, with the compiler $CXX: the
-# example pages, which the manual page quotes, by CMake, its own example by pkg-config, overloads.cpp in
-# folder $1 by every standard of C++. No name of the library may stand in the way of a page's own.
+# Uses the development package in directory $2 as a page author does, with the compiler $CXX: builds the
+# example pages, which the manual page quotes, with CMake, the manual's own example with pkg-config, and
+# overloads.cpp in directory $1 for every C++ standard. No library name may clash with a page's own.
 # shellcheck disable=SC2086 # flags are words
 set -eu
 tree=$(mktemp -d)
@@ -11,7 +11,7 @@ usr=$tree/usr
 library=$(find "$usr" -name libcgilib.a)
 flags=$(PKG_CONFIG_PATH=${library%/*}/pkgconfig pkg-config --cflags --libs cgilib)
 
-# The pages keep their standard, and it is enough.
+# The pages keep their own standard, and it is sufficient.
 cmake -G Ninja -S "$usr/share/doc/libcgilib-dev/examples/pages" -B "$tree/pages" -DCMAKE_PREFIX_PATH="$usr" \
     -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_CXX_STANDARD=11
 cmake --build "$tree/pages"
@@ -34,15 +34,15 @@ done
 "$CXX" -std=c++11 "$1/overloads.cpp" -o "$tree/overloads" $flags
 ${KESTO_EMULATOR:-} "$tree/overloads"
 
-# A shared object can hold all of it, and shows what names it brings.
+# The whole library can be linked into a shared object, which shows the names that it defines.
 "$CXX" -shared -o "$tree/all.so" -Wl,--whole-archive "$library" -Wl,--no-whole-archive
 "$NM" -DC --defined-only "$tree/all.so" >"$tree/names"
 grep -q ' cCGI::ParseData()$' "$tree/names"
 own='cCGI::|(vtable|typeinfo|typeinfo name) for cCGI$|Htoi\(|Escape(Html|Url)\(|GetCookie\(|operator<<\(std::ostream&, cCGI const&\)$'
 foreign=$(sed 's/^[0-9a-f]* . //' "$tree/names" | grep -vE "^($own|(void )?std::)" || true)
-[ -z "$foreign" ] || { echo "These names may be a page's own: $foreign" >&2 && exit 1; }
+[ -z "$foreign" ] || { echo "These names may clash with a page's own: $foreign" >&2 && exit 1; }
 
-# The packages install, and leave nothing behind when they are purged; nor does the second time.
+# The packages can be installed and purged twice, and leave nothing behind either time.
 mkdir -p "$tree/root/var/lib/dpkg/info" "$tree/root/var/lib/dpkg/updates"
 touch "$tree/root/var/lib/dpkg/status"
 manage="dpkg --root=$tree/root --log=/dev/null --force-not-root --force-bad-path --force-depends --force-architecture"

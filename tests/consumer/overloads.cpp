@@ -1,4 +1,4 @@
-// Every way to write a list in a call, one, two and three long. Fails where one means something else.
+// Every way to write a list of one, two or three in a call. Fails if one of them means something else.
 #include <cgilib.h>
 #include <set>
 
