@@ -20,7 +20,7 @@ namespace
 {
 
 #ifndef __has_feature
-#define __has_feature(feature) 0 // what Clang tells in this way GCC tells by a macro
+#define __has_feature(feature) 0 // GCC defines a macro instead
 #endif
 #if defined(__SANITIZE_ADDRESS__) || __has_feature(address_sanitizer)
 constexpr bool MEMORY_IS_BOUNDED = false;
@@ -28,7 +28,7 @@ constexpr bool MEMORY_IS_BOUNDED = false;
 constexpr bool MEMORY_IS_BOUNDED = KESTO_MEMORY_LIMIT != 0;
 #endif
 
-// Which resource: an enumeration in glibc, an int in musl.
+// The resource is an enumeration in glibc and an int in musl.
 void Tighten(decltype(RLIMIT_AS) a_e_resource, rlim_t a_u_soft, rlim_t a_u_hard)
 {
     rlimit l_c_limit = {};
@@ -39,39 +39,39 @@ void Tighten(decltype(RLIMIT_AS) a_e_resource, rlim_t a_u_soft, rlim_t a_u_hard)
     }
 }
 
-// Called by operator new. It does not throw, since no exception gets through the XPath engine: an
-// evaluation would carry on without the memory that it lacks, perhaps for long, and tell only at
-// its end that it has no result.
+// Called by operator new. It must not throw, because no exception gets through the XPath engine:
+// evaluation would carry on without the memory, perhaps for a long time, and report only at the end
+// that it has no result.
 [[noreturn]] void EndForWantOfMemory()
 {
     rlimit l_c_limit = {};
     if (getrlimit(RLIMIT_AS, &l_c_limit) == 0) {
-        l_c_limit.rlim_cur = l_c_limit.rlim_max; // the log and what ends the process need some
+        l_c_limit.rlim_cur = l_c_limit.rlim_max; // logging and exiting need some
         setrlimit(RLIMIT_AS, &l_c_limit);
     }
     syslog(LOG_ERR, "  main(): Out of memory.");
     std::exit(NOTHING_WRITTEN);
 }
 
-// Sixteen requests that each take what they may are more than a device has.
+// A device does not have the memory for sixteen requests that each use all they may.
 void OfferToBeKilledFirst()
 {
     const int l_i_file = open("/proc/self/oom_score_adj", O_WRONLY | O_CLOEXEC);
     if (l_i_file >= 0) {
         constexpr std::string_view HIGHEST = "1000";
-        static_cast<void>(!write(l_i_file, HIGHEST.data(), HIGHEST.size())); // may be left undone
+        static_cast<void>(!write(l_i_file, HIGHEST.data(), HIGHEST.size())); // best effort
         close(l_i_file);
     }
 }
 
 iovec Piece(const char* a_p_text)
 {
-    return {const_cast<char*>(a_p_text), std::strlen(a_p_text)}; // NOLINT: only read from
+    return {const_cast<char*>(a_p_text), std::strlen(a_p_text)}; // NOLINT: only read
 }
 
-// A signal handler, which may interrupt malloc or syslog itself: it sends the line as syslog would,
-// by system calls alone. The time stamp is left to the receiver (RFC 3164, 4.3.2), and a receiver
-// that has stopped reading is not waited for.
+// A signal handler. It may interrupt malloc or syslog itself, so it sends the line as syslog would,
+// but with system calls alone. It leaves the timestamp to the receiver (RFC 3164, 4.3.2) and does
+// not wait for a receiver that has stopped reading.
 [[noreturn]] void EndForWantOfTime(int /*signal*/)
 {
     static_assert((LOG_USER | LOG_ERR) == 11, "the priority in the line");
@@ -130,7 +130,6 @@ void BoundProcessorTime()
 
     const auto l_u_limit =
         static_cast<rlim_t>(l_c_used.ru_utime.tv_sec + l_c_used.ru_stime.tv_sec) + KESTO_CPU_LIMIT;
-    // The kernel kills at the hard limit, should the process have been started with the signal
-    // blocked.
+    // If the process was started with the signal blocked, the kernel kills it at the hard limit.
     Tighten(RLIMIT_CPU, l_u_limit, l_u_limit + 1);
 }

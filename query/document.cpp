@@ -9,8 +9,8 @@
 namespace
 {
 
-// The parser steps over a character of UTF-8 by the length that its first byte tells. Where the
-// text ends within one, that leads past the zero byte behind it, by no more than this.
+// The parser steps over a UTF-8 character by the length given in its first byte. If the text ends
+// inside a character, the step passes the terminating NUL by at most this many bytes.
 constexpr std::size_t LONGEST_STEP_TOO_FAR = 3;
 
 class cOpenFile
@@ -24,7 +24,7 @@ public:
     cOpenFile(const cOpenFile&) = delete;
     cOpenFile& operator=(const cOpenFile&) = delete;
 
-    // The text of the file, with as many zero bytes behind it; empty if it cannot be read.
+    // The text of the file, followed by LONGEST_STEP_TOO_FAR NUL bytes; empty if it cannot be read.
     std::string Text() const
     {
         struct stat l_c_status = {};
@@ -45,7 +45,7 @@ private:
     const int m_i_file;
 };
 
-// Makes every CR LF and every other CR an LF (XML 1.0, 2.11).
+// Converts every CR LF and every other CR to LF (XML 1.0, 2.11).
 void UnifyLineEnds(std::string& a_s_text)
 {
     std::size_t l_u_write = std::min(a_s_text.find('\r'), a_s_text.size());
@@ -64,7 +64,7 @@ bool cDocument::LoadFile(const std::string& a_s_path, TiXmlEncoding a_e_encoding
 {
     std::string l_s_text = cOpenFile(a_s_path).Text();
     if (l_s_text.empty()) {
-        TiXmlDocument::LoadFile(a_s_path, a_e_encoding); // knows the error
+        TiXmlDocument::LoadFile(a_s_path, a_e_encoding); // sets the error
     } else {
         UnifyLineEnds(l_s_text);
         Clear();
@@ -72,7 +72,7 @@ bool cDocument::LoadFile(const std::string& a_s_path, TiXmlEncoding a_e_encoding
         Parse(l_s_text.c_str(), nullptr, a_e_encoding);
     }
     if (RootElement() == nullptr) {
-        SetError(TIXML_ERROR_DOCUMENT_EMPTY, nullptr, nullptr, a_e_encoding); // unless there is one
+        SetError(TIXML_ERROR_DOCUMENT_EMPTY, nullptr, nullptr, a_e_encoding); // unless one is set
     }
     return !Error();
 }

@@ -4,16 +4,16 @@
 #include <string>
 #include <tinyxml.h>
 
-/// The configuration document: a TinyXML document that loads its file in its own way.
+/// The configuration document: a TinyXML document with its own way of loading a file.
 class cDocument : public TiXmlDocument
 {
 public:
-    /// Gives the tree, the result and the errors of TiXmlDocument::LoadFile(), and differs in three
-    /// ways. A text that ends within a character of UTF-8, as one cut short by its writer may, is
-    /// not read beyond its end. A document without an element, as one cut short in its prolog is,
-    /// is an error ("Error document empty."). And bytes are copied one by one, to change line ends,
-    /// only from the first CR on: without one that saves a tenth of a request's instructions.
-    /// The file may be replaced by rename(2) at any time: one of the two is loaded.
+    /// Produces the same tree, result and errors as TiXmlDocument::LoadFile(), with three
+    /// differences. A text that ends inside a UTF-8 character, as a truncated one may, is not read
+    /// beyond its end. A document without an element, such as one truncated in its prolog, is an
+    /// error ("Error document empty."). Bytes are copied one by one, to convert line ends, only
+    /// from the first CR on; if there is none, this saves a tenth of a request's instructions.
+    /// The file may be replaced by rename(2) at any time: either the old or the new one is loaded.
     /// Throws std::bad_alloc.
     bool LoadFile(const std::string& a_s_path, TiXmlEncoding a_e_encoding);
 };

@@ -12,11 +12,11 @@
 namespace
 {
 
-// What a document's tree takes for each byte of its text: 6 bytes on 32-bit ARM and 9 on x86-64, as
-// measured on device configurations, and one to spare.
+// Memory that a document's tree takes per byte of its text: 6 bytes on 32-bit ARM and 9 on x86-64,
+// as measured on device configurations, plus one to spare.
 constexpr std::uint64_t TREE_BYTES_PER_BYTE = 4 + sizeof(void*) * 3 / 4;
 
-// The block, and what of it has not been given out.
+// The block, and the part of it that has not been handed out.
 char* g_p_begin = nullptr;
 char* g_p_next = nullptr;
 char* g_p_end = nullptr;
@@ -59,7 +59,7 @@ cTreeMemory::~cTreeMemory()
 
 #if !KESTO_SANITIZE
 
-// A longer piece comes from malloc: the document's text and long values, which grow by moving,
+// Longer pieces come from malloc: the document's text and long values, which move as they grow,
 // would leave holes.
 constexpr std::size_t LONGEST_PIECE = 1024;
 

@@ -3,14 +3,14 @@
 
 #include <string>
 
-/// While it lives, operator new takes memory from one block that is sized for a document's tree,
-/// and operator delete leaves what came from there as it is: a tree is built of many small pieces
-/// that stay until the process ends, so that looking for free ones and keeping account of them is a
-/// twentieth of a request's time. What is left of the block goes back to the kernel at the end.
-/// Where the block or the document is not to be had, or the block is full, memory comes from malloc
-/// as ever.
+/// While an instance exists, operator new takes memory from one block sized for a document's tree,
+/// and operator delete leaves memory from that block alone. A tree consists of many small pieces
+/// that remain until the process ends; finding free pieces and keeping track of them takes a
+/// twentieth of a request's time. The destructor returns the unused part of the block to the
+/// kernel. If the block cannot be allocated, the document cannot be found or the block is full,
+/// memory comes from malloc as usual.
 ///
-/// Not in builds with AddressSanitizer, whose own operator new sees more. For one thread.
+/// Disabled in builds with AddressSanitizer, whose own operator new detects more. Not thread-safe.
 class cTreeMemory
 {
 public:

@@ -1,9 +1,9 @@
-// Takes the place of functions of the C++ library that a static program would carry for nothing;
-// the build gives their calls to these. std::cout and its like must not be used in this program.
+// Replacements for functions of the C++ library that a static program would carry for nothing; the
+// build redirects their calls here. This program must not use std::cout or its relatives.
 
 #include <cstddef>
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the linker makes these names.
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker forms these names.
 extern "C" {
 void __wrap__ZNSt8ios_base4InitC1Ev();
 void __wrap__ZNSt8ios_base4InitD1Ev();
@@ -11,14 +11,14 @@ char* __wrap___cxa_demangle(const char* a_p_name, char* a_p_buffer, std::size_t*
                             int* a_p_status);
 }
 
-// Constructor and destructor of std::ios_base::Init: TinyXML's stream operators, which nobody
-// calls, would have every start set up the standard streams with all their locales, and bring in a
-// quarter of the program's size. Both would be called with the object, of which they need nothing.
+// Constructor and destructor of std::ios_base::Init. TinyXML's stream operators, which nobody
+// calls, would make every start set up the standard streams with all their locales, and would bring
+// in a quarter of the program's size. Both are passed the object but do not need it.
 void __wrap__ZNSt8ios_base4InitC1Ev() {}
 void __wrap__ZNSt8ios_base4InitD1Ev() {}
 
-// What ends the process on an exception that nobody catches then tells the type's name as the
-// compiler encodes it ("St9bad_alloc").
+// As a result, the handler of uncaught exceptions reports the type by its mangled name
+// ("St9bad_alloc").
 char* __wrap___cxa_demangle(const char* /*a_p_name*/, char* /*a_p_buffer*/,
                             std::size_t* /*a_p_length*/, int* a_p_status)
 {

@@ -22,7 +22,7 @@ namespace
 
 constexpr int RESPONSE_WRITTEN = 0;
 
-// Loads the document; what is too large for the memory that there is cannot be parsed.
+// Loads the document; one that is too large for the available memory counts as unparsable.
 bool LoadConfigOnce(cDocument& a_c_document, const std::string& a_s_path, std::string& a_s_fault)
 {
     const cTreeMemory l_c_memory(a_s_path);
@@ -43,7 +43,7 @@ bool LoadConfigOnce(cDocument& a_c_document, const std::string& a_s_path, std::s
 // gets a second chance.
 bool LoadConfig(cDocument& a_c_document, const std::string& a_s_path)
 {
-    // Row and column of every node, which nobody reads, cost a pass over the whole text.
+    // Computing each node's row and column, which nobody reads, costs a pass over the whole text.
     a_c_document.SetTabSize(0);
 
     std::string l_s_fault;
@@ -88,7 +88,7 @@ int main(int a_i_count, char* a_p_arguments[])
     }
     BoundProcessorTime();
 
-    // Static, so that it removes its file where exit() ends the process too.
+    // Static, so that its file is also removed when exit() ends the process.
     static std::optional<cPidFile> l_c_guard(std::in_place, false);
     if (access(l_s_configPath.c_str(), R_OK) != 0) {
         syslog(LOG_ERR, "  main(): Config file (%s) is missing or not readable.",
@@ -103,13 +103,13 @@ int main(int a_i_count, char* a_p_arguments[])
             ComposeResponse(ExtractValues(l_c_document, std::move(l_c_request.GetData())));
     }
     bool l_b_written = WriteResponse(l_s_response);
-    // Some servers end a program that goes on after its answer, which ends where standard output is
-    // closed: nothing that has to be done may be left by then.
+    // Some servers end a program that keeps running after its answer, and the answer ends when
+    // standard output is closed: anything essential must be done by then.
     l_c_guard.reset();
     l_b_written = std::fclose(stdout) == 0 && l_b_written;
     if (!l_b_written) {
         syslog(LOG_ERR, "  main(): Unable to write response.");
     }
-    // The end of the process takes the trees down faster than their destructors.
+    // Ending the process frees the trees faster than their destructors would.
     _exit(l_b_written ? RESPONSE_WRITTEN : NOTHING_WRITTEN);
 }

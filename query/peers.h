@@ -3,10 +3,10 @@
 
 /// Sends SIGUSR2 to the two peer daemons, brolvex first, each through a shell child that runs
 /// killall. Returns at once: nobody waits for the children, and they hold none of the caller's
-/// standard streams, so a web server sees the end of the response when the response ends. Where the
-/// process may use a single core only, the children first wait for it to end, for 100 ms at most.
-/// Of the environment they have all but the variables that a client chooses; PATH above all is the
-/// server's. A child that cannot be forked or become a shell sends no signal; nothing is logged
+/// standard streams, so a web server sees the end of the response when the response ends. If the
+/// process may use only a single core, the children first wait for it to end, for at most 100 ms.
+/// They inherit the environment except for the variables that a client chooses; PATH, above all, is
+/// the server's. A child that cannot be forked or become a shell sends no signal; nothing is logged
 /// about it. REQUIRES: nothing unwritten in stdio buffers, which a child would write a second time.
 void SignalPeers();
 

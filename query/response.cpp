@@ -1,6 +1,6 @@
 #include "response.h"
 
-// The letter of the byte's two-character escape, or 0 for a byte that stands for itself.
+// The letter of the byte's two-character escape, or 0 if the byte is not escaped.
 static char EscapeLetter(char a_i_byte)
 {
     switch (a_i_byte) {

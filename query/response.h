@@ -8,9 +8,9 @@
 constexpr const char* const ERROR_RESPONSE = R"({"error" : true, "data" : {}})";
 
 /// Composes the JSON object that maps every key to its value, in ascending byte order of the keys.
-/// Values are escaped: exactly the eight bytes that RFC 8259, section 7, gives a two-character
-/// escape (backspace, tab, line feed, form feed, carriage return, double quote, solidus,
-/// backslash); every other byte stands for itself, whatever its encoding. Keys are not escaped:
+/// In values, exactly the eight bytes for which RFC 8259, section 7, has a two-character escape are
+/// escaped (backspace, tab, line feed, form feed, carriage return, double quote, solidus,
+/// backslash); every other byte is copied as it is, whatever its encoding. Keys are not escaped:
 /// they are the caller's own field names.
 std::string ComposeResponse(const std::map<std::string, std::string>& a_m_result);
 

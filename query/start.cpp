@@ -4,7 +4,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-// A file that is opened gets the lowest number that is free.
+// open() returns the lowest free descriptor.
 static void OpenStandardStreams()
 {
     int l_i_file = STDIN_FILENO;

@@ -1,4 +1,4 @@
-// Tells the program's version where the program cannot be asked: strings query | grep kesto-query
+// Makes the version readable from the program file: strings query | grep kesto-query
 
 extern const char VERSION_LINE[];
 const char VERSION_LINE[] = "kesto-query " KESTO_VERSION;
