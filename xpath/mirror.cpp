@@ -11,7 +11,7 @@ namespace TinyXPath
 namespace
 {
 
-// The mirror asked for last, with what tells whether its tree is still the same.
+// The mirror requested last, and what is needed to tell whether its tree is still the same.
 struct sKept
 {
     std::shared_ptr<const cMirror> m_p_mirror;
@@ -26,14 +26,14 @@ sKept& Kept()
     return s_c_kept;
 }
 
-// What marks a node: an address inside the node, where no application's data can be.
+// The mark of a node: an address inside the node itself, where no application data can be.
 void* MarkOf(const TiXmlNode& a_c_node)
 {
     // NOLINTNEXTLINE: never followed
     return const_cast<char*>(reinterpret_cast<const char*>(&a_c_node)) + 1;
 }
 
-// User data is no part of the document, which stays as constant as it was given.
+// User data is not part of the document; the document itself remains unchanged.
 void Mark(const TiXmlNode& a_c_node)
 {
     const_cast<TiXmlNode&>(a_c_node).SetUserData(MarkOf(a_c_node)); // NOLINT
@@ -61,7 +61,7 @@ pugi::xml_node AppendElement(pugi::xml_node a_c_parent, const TiXmlElement& a_c_
          l_p_attribute != nullptr; l_p_attribute = l_p_attribute->Next()) {
         const char* const l_p_name = l_p_attribute->Name();
         pugi::xml_attribute l_c_attribute = l_c_copy.append_attribute(l_p_name);
-        // Without memory for its name the attribute is there all the same, nameless.
+        // If there is no memory for its name, the attribute is added all the same, without a name.
         Require(*l_c_attribute.name() == *l_p_name &&
                 l_c_attribute.set_value(l_p_attribute->Value()));
     }
@@ -90,7 +90,7 @@ pugi::xml_node AppendCopy(pugi::xml_node a_c_parent, const TiXmlNode& a_c_node)
     }
 }
 
-// Both kinds of tree under the same names.
+// The same names for both kinds of tree.
 const TiXmlNode* Parent(const TiXmlNode* a_p_node)
 {
     return a_p_node->Parent();
@@ -124,8 +124,8 @@ pugi::xml_node FirstChild(pugi::xml_node a_c_node)
     return a_c_node.first_child();
 }
 
-// The node that stands below a_c_otherTop where a_c_node stands below a_c_top, or a null node if
-// the other tree has no such place.
+// The node at the same place below a_c_otherTop as a_c_node below a_c_top, or a null node if the
+// other tree has no such place.
 template<class tNode, class tOther>
 tOther SamePlace(tNode a_c_node, tNode a_c_top, tOther a_c_otherTop)
 {
@@ -149,7 +149,7 @@ tOther SamePlace(tNode a_c_node, tNode a_c_top, tOther a_c_otherTop)
     return l_c_found;
 }
 
-// The node that follows in document order, attributes aside; a null node at the end.
+// The next node in document order, ignoring attributes; a null node at the end.
 pugi::xml_node Following(pugi::xml_node a_c_node)
 {
     if (!a_c_node.first_child().empty()) {
@@ -161,7 +161,7 @@ pugi::xml_node Following(pugi::xml_node a_c_node)
     return a_c_node.next_sibling();
 }
 
-// What two references to one node or attribute have in common.
+// What all references to the same node or attribute have in common.
 const void* Identity(const pugi::xpath_node& a_c_node)
 {
     const void* const l_p_attribute = a_c_node.attribute().internal_object();
@@ -214,7 +214,7 @@ std::shared_ptr<const cMirror> cMirror::Of(const TiXmlNode& a_c_node)
         return l_c_kept.m_p_mirror;
     }
 
-    // A copy of the tree that was mirrored last bears its mark.
+    // A copy of the last mirrored tree carries that tree's mark.
     const bool l_b_free =
         l_b_marked || l_p_mark == nullptr ||
         (l_c_kept.m_p_marked != nullptr && l_p_mark == MarkOf(*l_c_kept.m_p_marked));
@@ -239,8 +239,8 @@ pugi::xml_node cMirror::Counterpart(const TiXmlNode& a_c_node) const
 
 pugi::xpath_node cMirror::First(const pugi::xpath_node_set& a_c_nodes) const
 {
-    // The set itself compares unsorted members with each other, which takes a walk along the
-    // siblings for every one of them. Of many members one walk until one is met is cheaper.
+    // The set itself compares unsorted members with each other, walking along the siblings for
+    // every one of them. With many members, a single walk to the first one is cheaper.
     constexpr std::size_t FEW = 64;
     if (a_c_nodes.type() != pugi::xpath_node_set::type_unsorted || a_c_nodes.size() < FEW) {
         return a_c_nodes.first();

@@ -16,8 +16,8 @@ namespace
 constexpr std::string_view PI_TEST = "processing-instruction";
 constexpr std::string_view WHITE_SPACE = " \t\r\n";
 
-// The length of a pair of parentheses with nothing between that the text begins with, white space
-// before and in it included; 0 if it begins with anything else.
+// The length of the empty pair of parentheses that the text begins with, including white space
+// before and inside it; 0 if it begins with anything else.
 std::size_t EmptyParenthesesLength(std::string_view a_s_text)
 {
     const std::size_t l_u_open = a_s_text.find_first_not_of(WHITE_SPACE);
@@ -28,16 +28,16 @@ std::size_t EmptyParenthesesLength(std::string_view a_s_text)
     return l_u_close != std::string_view::npos && a_s_text[l_u_close] == ')' ? l_u_close + 1 : 0;
 }
 
-// A mirror holds processing instructions only in place of nodes that XPath must not take for such.
-// They have no name, so a test that asks for one, even an empty one, passes over them. A longer
-// name that ends in the word does not parse before parentheses, whatever they hold.
+// A mirror holds processing instructions only in place of nodes that XPath must not treat as such.
+// They have no name, so a test that asks for a name, even an empty one, does not match them. A
+// longer name that ends in the word does not parse before parentheses, whatever they hold.
 std::string HideStandIns(std::string_view a_s_expression)
 {
     if (a_s_expression.find(PI_TEST) == std::string_view::npos) {
         return std::string(a_s_expression);
     }
     std::string l_s_hidden;
-    char l_i_quote = '\0'; // what began the literal that the walk is in
+    char l_i_quote = '\0'; // the opening quote of the current literal
     while (!a_s_expression.empty()) {
         const char l_i_byte = a_s_expression[0];
         if (l_i_quote == '\0' && a_s_expression.substr(0, PI_TEST.size()) == PI_TEST) {
@@ -59,8 +59,8 @@ std::string HideStandIns(std::string_view a_s_expression)
     return l_s_hidden;
 }
 
-// The engine gets its memory from operator new, which calls the program's new-handler when there is
-// none: the engine itself would carry on, and report it at the end only. No exception may pass
+// The engine gets its memory from operator new, which calls the program's new-handler when memory
+// runs out; the engine itself would carry on and report it only at the end. No exception may pass
 // through the engine, hence std::nothrow.
 void* Allocate(std::size_t a_u_size)
 {
@@ -78,7 +78,7 @@ struct xpath_processor::sEvaluation
     const TiXmlNode* m_p_node = nullptr;
     std::string m_s_expression;
 
-    // Filled by Prepare(); no query after it means that the expression does not parse.
+    // Set by Prepare(); no query afterwards means that the expression does not parse.
     bool m_b_prepared = false;
     std::optional<pugi::xpath_query> m_c_query;
     std::shared_ptr<const cMirror> m_p_mirror;
@@ -104,7 +104,7 @@ bool xpath_processor::sEvaluation::Prepare()
         m_p_mirror = cMirror::Of(*m_p_node);
         m_c_context = m_p_mirror->Counterpart(*m_p_node);
     } catch (const pugi::xpath_exception&) {
-        // Then there is no query, which tells it.
+        // The missing query marks the failure.
     }
     m_b_prepared = true;
     return m_c_query.has_value();
@@ -154,7 +154,7 @@ TiXmlNode* xpath_processor::XNp_get_xpath_node(unsigned a_u_index)
     if (l_c_node.empty()) {
         return nullptr;
     }
-    // The interface takes the tree as constant and gives its nodes back as the owner has them.
+    // The interface takes a const tree and returns its nodes as non-const, as their owner has them.
     return const_cast<TiXmlNode*>(m_p_evaluation->m_p_mirror->Original(l_c_node)); // NOLINT
 }
 
@@ -164,7 +164,7 @@ std::string xpath_processor::S_compute_xpath()
         return {};
     }
     sEvaluation& l_c_this = *m_p_evaluation;
-    // An attribute that was selected already need not be selected a second time.
+    // An attribute that has already been selected need not be selected again.
     const pugi::xml_attribute l_c_first = l_c_this.m_c_first.attribute();
     if (!l_c_first.empty()) {
         return l_c_first.value();
