@@ -1,14 +1,14 @@
-// Any body is parsed to the same result in whatever pieces it arrives, and a URL-encoded one to the
-// same fields as a query string, up to its first line feed or NUL. The first byte tells the length of
-// the pieces, the next that of the boundary, which follows; 0 stands for a URL-encoded body. The rest
-// is the body. The inputs stay below the limit of a waiting part header.
+// Any body is parsed to the same result in whatever pieces it arrives, and a URL-encoded body to the
+// same fields as a query string, up to its first line feed or NUL. The first input byte determines the
+// length of the pieces, the second that of the boundary, which follows; 0 means a URL-encoded body.
+// The rest is the body. The inputs stay below the limit for a waiting part header.
 
 #include <cstdlib>
 
 #include "interposed.h"
 
-// A body that ends inside a file part succeeds or fails by how much of the delimiter's length was
-// waiting when it ended, which the pieces decide. The closing line then follows one that ends so.
+// Whether a body that ends inside a file part succeeds depends on how much of the delimiter's length
+// was waiting when it ended, and so on the pieces. The log's last line but one then ends in ").".
 static bool EndsInAFile(const std::string& a_s_log)
 {
     const std::size_t l_u_closing = a_s_log.rfind("\n7 ParseMultipartData - returning ");

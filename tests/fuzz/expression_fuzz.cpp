@@ -1,5 +1,5 @@
-// Any expression over any document ends in a value, the same one each time. The document stands
-// behind the first line feed; without one it is the example's.
+// Any expression on any document yields a value, the same one each time. The document follows the
+// first line feed; without one, the example document is used.
 
 #include <cstdlib>
 
@@ -8,7 +8,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* a_p_data, std::size_t a_u_size)
 {
-    constexpr std::size_t LARGEST = 1000; // over larger ones a short expression may take minutes
+    constexpr std::size_t LARGEST = 1000; // on larger ones a short expression may take minutes
     static TiXmlDocument s_c_example;
     static const bool s_b_loaded = s_c_example.LoadFile(EXAMPLE_CONFIG);
     const std::string l_s_input(reinterpret_cast<const char*>(a_p_data), a_u_size);

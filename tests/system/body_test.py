@@ -1,4 +1,4 @@
-"""Request bodies: what clients send, what they break off, and what the file system refuses."""
+"""Request bodies: sent in full, cut short by the client, or refused by the file system."""
 import os
 import pathlib
 import subprocess
@@ -33,7 +33,7 @@ class Bodies(unittest.TestCase):
         self.assertEqual([text for _, text in LOG.take()[-2:]],
                          ["ParseMultipartData - returning 0", "  main(): CGI parse failed."])
         self.assertEqual(STORED.read_bytes(), b"12345")
-        self.assertEqual(post(FIELD + END[2:], MULTIPART, 1000)[:2], (255, b""))  # gone before the program reads
+        self.assertEqual(post(FIELD + END[2:], MULTIPART, 1000)[:2], (255, b""))  # client gone before the read
 
     def test_disk_full_in_the_middle_of_an_upload(self):
         subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "tmpfs", "/tmp"], check=True)

@@ -1,4 +1,4 @@
-"""What a real browser sends to the handler, and the example pages in it."""
+"""A real browser: what it sends to the handler, and the example pages in it."""
 import base64
 import json
 import os
@@ -17,14 +17,14 @@ OPTIONS = ("headless no-sandbox disable-gpu disable-quic no-first-run disable-ba
 OPEN = urllib.request.build_opener(urllib.request.ProxyHandler({})).open
 FORM = """data:text/html;charset=utf-8,<form method=post action={} enctype={}><textarea name=b></textarea>
     <input type=file name=f><input name="a %26amp; ü" value="//user[1%2B1]/fullname/text()"><input type=submit>"""
-# What a page shows, once it does: the handler's answer, the table of answers, what arrived.
+# What a page shows once it is ready: the handler's answer, the table of answers, the data received.
 ANSWER = "document.querySelector('pre') && JSON.parse(document.querySelector('pre').textContent).data"
 TABLE = """!/Asking/.test(state.textContent) &&
     [state, ...document.querySelectorAll("td")].map(e => e.textContent || getComputedStyle(e, "::after").content)"""
 LISTING = r"""window.received && !window.seen && (window.seen = [document.querySelectorAll(".failed, script").length,
     Object.fromEntries(received.textContent.matchAll(/\S+(?= = '(.*?)'\n)/gs))])"""
 
-# The error that stands beside each field that has one, and what the form holds.
+# The error next to each invalid field, and the form's data.
 SETTINGS = """!window.seen && (window.seen = [document.title, document.scripts.length, window.done?.textContent,
     Object.fromEntries([...document.querySelectorAll("[aria-invalid]")].map(field => [field.id,
         document.getElementById(field.getAttribute("aria-describedby").split(" ")[0]).textContent])),
@@ -56,7 +56,7 @@ class Browser(unittest.TestCase):
         harness.install_config()
 
     def use(self, shown, *steps):
-        """Clicks elements, or types texts into them ("element <- text"), and gives what is shown then."""
+        """Clicks elements or types text into them ("element <- text"), then returns what is shown."""
         for css, typed, text in (step.partition(" <- ") for step in steps):
             element, = self.call("/element", using="css selector", value=css).values()
             self.call(f"/element/{element}/" + ("value" if typed else "click"), text=text)
@@ -76,7 +76,7 @@ class Browser(unittest.TestCase):
             self.call("/url", url=FORM.format(self.url + "/query", kind))
             steps = "textarea <- //mtu\n[. = 1500]\n/text()", "[type=file] <- /usr/lib/cgi-bin/query", "[type=submit]"
             self.assertEqual(self.use(ANSWER, *steps), {"a & ü": "Jana Müller", "b": "1500", "f": ""})
-        self.assertEqual(subprocess.call(["cmp", "/usr/lib/cgi-bin/query", "/tmp/query"]), 0)  # holds every byte
+        self.assertEqual(subprocess.call(["cmp", "/usr/lib/cgi-bin/query", "/tmp/query"]), 0)  # has every byte value
 
     def test_query_page(self):
         self.call("/url", url=self.url + "/query_page")
@@ -121,7 +121,7 @@ class Browser(unittest.TestCase):
         hostile = dict.fromkeys("hostname location method address mtu log ntp note".split(), "\"'<&>ä")
         pages = "settings_page login_page firmware_page frames_page frames_page?show=menu".split()
         for path, form in (*((path, None) for path in pages), (pages[0], urllib.parse.urlencode(hostile).encode())):
-            # The document types do not know what is for screen readers only.
+            # The document types do not know the attributes for screen readers.
             page = re.sub(rb' (aria-[a-z]+|role)="[^"]*"', b"", OPEN(f"{self.url}/{path}", form).read())
             for xml, errors in ((page, 0), (page.replace(b"<head>", b"<head x=''>"), 1)):
                 lint = subprocess.run(["xmllint", "--nonet", "--valid", "--noout", "-"], input=xml, capture_output=True)
@@ -143,7 +143,7 @@ class Browser(unittest.TestCase):
                             ([], [None, "Log out"]),
                             (["[name=action]"], ["Logged out.", "Log in"])):
             if not steps:
-                self.call("/url", url=url)  # anew
+                self.call("/url", url=url)  # (re)load
             self.assertEqual(self.use(LOGIN, *steps), seen)
 
     def test_firmware_page(self):
@@ -156,6 +156,6 @@ class Browser(unittest.TestCase):
             self.assertEqual(self.use(RESULT, f"#image <- {path}", "#send"), [told, True, 1])
             self.assertIn(told.encode(), harness.curl("-F", f"image=@{path}", url)[0])  # without the script
         os.truncate(path, 48 << 20)
-        for part, status in (f"image={path}", 200), (f"image=@{path}", 413):  # a path that a client sent is no upload
+        for part, status in (f"image={path}", 200), (f"image=@{path}", 413):  # a client's path is not an upload
             self.assertEqual(harness.curl("-F", part, url)[1], status)
         self.assertEqual(list(pathlib.Path("/tmp").glob("firmware*")), [])

@@ -35,7 +35,7 @@ class Flow(unittest.TestCase):
     def test_failed_requests_write_nothing(self):
         for method in ("HEAD", "Get", ""):
             self.assertEqual(request(method, "a=/"), (255, b"", [(3, "  main(): CGI parse failed.")]))
-        long_name = "A" * 2000  # of which an old C library's syslog() writes beyond its buffer
+        long_name = "A" * 2000  # overflows a buffer in an old C library's syslog()
         command = ([harness.EMULATOR, "-0", long_name, "/run/query"] if harness.EMULATOR else
                    ["bash", "-c", f"exec -a {long_name} {harness.QUERY}"])
         self.assertEqual(request("", command=command), (255, b"", [(3, "  main(): CGI parse failed.")]))
@@ -53,7 +53,7 @@ class Flow(unittest.TestCase):
         process = harness.start("GET", "a=v/@of")
         harness.wait_for(lambda: RETRYING in errors(LOG.take()))
         self.assertEqual(PID_FILE.read_text(), str(process.pid))
-        PID_FILE.write_text("1")  # another instance's by now
+        PID_FILE.write_text("1")  # now another instance's
         install_config(b"<c><v of='1\r\n2\r'/></c>\0<")
         self.assertEqual((process.communicate()[0], process.returncode), (answer(a="1\\n2\\n"), 0))
         self.assertEqual((errors(LOG.take()), PID_FILE.read_text()), ([], "1"))
@@ -78,10 +78,10 @@ class Flow(unittest.TestCase):
                 self.assertRegex(told.read_text(), f"-q -USR2 {name} /dev/null /dev/null /dev/null\n80 {parent}\n$")
                 told.unlink()
         seen = {"PATH": f"/tmp:{harness.PATH}", "HTTP_X": "y", "SSL_X": "y", "REMOTE_HOST": "y", "SERVER_ADDR": "80"}
-        install_config(b"<c>" + b"<v/>" * (2000 if harness.EMULATOR else 20000) + b"</c>")  # longer than a shell's start
+        install_config(b"<c>" + b"<v/>" * (2000 if harness.EMULATOR else 20000) + b"</c>")  # outlasts a shell's start
         one_core = "taskset", "-c", str(min(os.sched_getaffinity(0))), harness.QUERY
         for method, status, command, parent in (("GET", 0, [harness.QUERY], r"\d+"), ("HEAD", 255, one_core, 1),
-                                                ("GET", 0, one_core, 1)):  # init's: the handler has ended
+                                                ("GET", 0, one_core, 1)):  # init: the handler has ended
             self.assertEqual(request(method, command=command, **seen)[0], status)
             check_told(parent)
         process = harness.start("POST", CONTENT_LENGTH="5", command=one_core, **seen)

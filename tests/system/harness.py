@@ -1,4 +1,4 @@
-"""What the system tests share. They run inside the sandbox only."""
+"""Shared code of the system tests, which run only inside the sandbox."""
 import contextlib
 import os
 import pathlib
@@ -17,12 +17,12 @@ EMULATOR = os.environ.get("KESTO_EMULATOR")  # runs the programs, if this machin
 BOUNDED = not EMULATOR and os.environ.get("KESTO_SANITIZE") != "ON"  # whether the program bounds its memory
 CONFIG = pathlib.Path("/home/httpd/kestoconfig/conf/config.xml")
 EXAMPLES = pathlib.Path(os.environ["KESTO_SOURCE"], "examples")
-PATH = os.environ["PATH"] + ":/usr/sbin"  # servers are there
-URL = "http://127.0.0.1:8080/cgi-bin"  # with every server configuration
+PATH = os.environ["PATH"] + ":/usr/sbin"  # where servers are installed
+URL = "http://127.0.0.1:8080/cgi-bin"  # the same for every server configuration
 JSON_HEADER = b"Content-type: application/json\r\n\r\n"
 ERROR_ANSWER = JSON_HEADER + b'{"error" : true, "data" : {}}'
 PID_FILE = pathlib.Path("/run/query.pid")
-# Whether root of this sandbox is root outside too, and can become other users.
+# Whether root in this sandbox is also root outside and can become other users.
 OTHER_USERS = any(line.split()[2] != "1" for line in pathlib.Path("/proc/self/uid_map").read_text().splitlines())
 
 
@@ -40,7 +40,7 @@ class SystemLog:
             self._lines.put(self._socket.recv(1 << 20))
 
     def take(self):
-        """All that has been logged since the last call, as (priority, text)."""
+        """Everything logged since the last call, as (priority, text)."""
         with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as sender:
             sender.sendto(b"mark", "/dev/log")
         lines = [line.decode("latin-1") for line in iter(self._lines.get, b"mark")]
@@ -51,7 +51,7 @@ LOG = SystemLog()
 
 
 def install(program):
-    """Puts a program where web servers find it; behind a script, if only the emulator can run it."""
+    """Puts a program where web servers find it, behind a script if only the emulator can run it."""
     path = pathlib.Path(shutil.copy(program, CGI_FOLDER))
     if EMULATOR:
         foreign = shutil.copy(program, f"/run/{path.name}")
@@ -71,7 +71,7 @@ def start(method="GET", query="", stdin=subprocess.PIPE, command=(QUERY,), **env
 
 
 def request(*arguments, body=None, **environment):
-    """Runs one request to its end: exit status, output and log lines."""
+    """Runs one request to completion and returns exit status, output and log lines."""
     LOG.take()
     process = start(*arguments, **environment)
     output, _ = process.communicate(body, timeout=60)
@@ -79,7 +79,7 @@ def request(*arguments, body=None, **environment):
 
 
 def post(body, content_type="", length=None, **options):
-    """Runs one POST request to its end: exit status, output and faults."""
+    """Runs one POST request to completion and returns exit status, output and logged errors."""
     status, output, log = request("POST", body=body, CONTENT_TYPE=content_type,
                                   CONTENT_LENGTH=str(length or len(body)), **options)
     return status, output, errors(log)
@@ -90,35 +90,35 @@ def errors(log):
 
 
 def answer(**values):
-    """The response to a request that was answered with these texts, which need no escapes."""
+    """The response that contains these values, which need no escaping."""
     fields = ",".join(f'"{key}" : "{values[key]}"' for key in sorted(values))
     return JSON_HEADER + b'{"error" : false, "data" : {' + fields.encode() + b"}}"
 
 
 def wait_for(condition):
-    """Waits until the condition holds and gives its value. The bound only turns a hang into a failure."""
+    """Waits until the condition holds and returns its value. The time limit only turns a hang into a failure."""
     deadline = time.monotonic() + 60
     while not (value := condition()):
-        assert time.monotonic() < deadline, "waited in vain"
+        assert time.monotonic() < deadline, "timed out waiting"
         time.sleep(0.01)
     return value
 
 
 @contextlib.contextmanager
 def running(command, **options):
-    """A process, and what it started, for the time of a with statement."""
+    """Runs a process, with whatever it starts, for the duration of a with statement."""
     process = subprocess.Popen(command, start_new_session=True, **options)
     try:
         yield process
     finally:
         os.killpg(process.pid, signal.SIGTERM)
-        with contextlib.suppress(ProcessLookupError):  # of the last of them
+        with contextlib.suppress(ProcessLookupError):  # when the last one has gone
             wait_for(lambda: process.poll() is not None and os.killpg(process.pid, 0))
 
 
 @contextlib.contextmanager
 def server(name="lighttpd", *pages):
-    """The URL of the handler and other programs behind a web server, whose configuration says how to start with it."""
+    """The URL of the handler and other programs behind a web server, started as its configuration says."""
     for page in pages:
         install(page)
     commands = re.findall("^#   (.+)", (SERVER_CONFIGS / f"{name}.conf").read_text(), re.M)
@@ -133,10 +133,10 @@ def curl(*arguments):
     return output[:-3], int(output[-3:])
 
 
-# The programs and the servers' configurations: those in the packages, if a folder of them is given.
+# The programs and server configurations are taken from the packages if a folder of packages is given.
 SERVER_CONFIGS = EXAMPLES / "servers"
 UNPACKED = pathlib.Path("/run/unpacked")
-assert CGI_FOLDER.is_mount(), "to be covered by the sandbox the folder has to exist"
+assert CGI_FOLDER.is_mount(), "the folder must exist for the sandbox to cover it"
 if "KESTO_PACKAGES" in os.environ:
     for package in pathlib.Path(os.environ["KESTO_PACKAGES"]).glob("*.deb"):
         subprocess.run(["dpkg-deb", "-x", package, UNPACKED], check=True)

@@ -1,4 +1,4 @@
-"""Requests that want to take everything, and a handler that has next to nothing."""
+"""Requests that try to take everything, and a handler that has next to nothing."""
 import concurrent.futures
 import os
 import pathlib
@@ -14,7 +14,7 @@ def document(copies):
     return b"<c>" + (harness.EXAMPLES / "config.xml").read_bytes().partition(b"?>")[2] * copies + b"</c>"
 
 
-@unittest.skipUnless(harness.BOUNDED, "an emulator, or a program with AddressSanitizer, is not bounded in memory")
+@unittest.skipUnless(harness.BOUNDED, "memory is not limited under an emulator or with AddressSanitizer")
 class Memory(unittest.TestCase):
     def test_hostile_requests(self):
         install_config(document(16))
@@ -70,7 +70,7 @@ class Process(unittest.TestCase):
         body = b'--X\r\nname="a"\r\n\r\n//hostname/text()\r\n--X--\r\n'
         foreign = pathlib.Path("/run/sshd.pid")
         foreign.write_text("1")
-        words = "" if harness.EMULATOR else "x /x/sshd"  # the emulator shows a process with the words it started with
+        words = "" if harness.EMULATOR else "x /x/sshd"  # the emulator's process keeps the words it was started with
         for redirection, outcome in (("<&-", (255, b"", ["  main(): CGI parse failed."])),
                                      (">&-", (255, b"", ["  main(): Unable to write response."])),
                                      ("2>&-", (0, answer(a="gateway-7"), []))):

@@ -1,4 +1,4 @@
-"""The handler behind the web servers that there are configurations for, asked by curl."""
+"""The handler behind each web server that has a configuration, queried with curl."""
 import concurrent.futures
 import os
 import pathlib
@@ -8,8 +8,8 @@ import unittest
 import harness
 from harness import curl
 
-# Configuration: the program, what a client gets for a request that the handler refuses, for a body above the limit and
-# for a path behind the program (a status, 0 for no response, or None where there is no limit), and the added headers.
+# Configuration: the program; what a client gets for a request that the handler refuses, for a body above the limit and
+# for a path after the program's name (a status, 0 for no response, or None if there is no limit); the added headers.
 SERVERS = {
     "apache": ("apache2", 500, 413, 404, (b"nosniff", b"no-store")),
     "busybox-httpd": ("busybox", 0, None, 200, (b"", b"")),

@@ -8,7 +8,7 @@
 using namespace std::string_literals;
 using tFields = cCGI::tFormData;
 
-// Delivers the body whole and byte by byte, and nothing after it: both must come to the same.
+// Delivers the body whole, then byte by byte, with nothing after it: both must give the same result.
 static tOutcome ParseBothWays(const std::string& a_s_type, const std::string& a_s_body)
 {
     const tOutcome l_c_whole = Parse(a_s_type, a_s_body);
@@ -40,7 +40,7 @@ TEST(UrlEncodedBody, IsReadAndSplit)
     }
 }
 
-// ' stands for a double quote in the attributes.
+// In the attributes, ' stands for a double quote.
 static std::string Part(std::string a_s_attributes, const std::string& a_s_content)
 {
     std::replace(a_s_attributes.begin(), a_s_attributes.end(), '\'', '"');
@@ -62,7 +62,7 @@ TEST(MultipartBody, IsStoredOrTellsItsFault)
     const tFields l_m_f = {{"f", "/tmp/u.bin"}};
     const std::string l_s_cutOff = "--AaB03x\r\nname=\"a\"\r\n\r\n";
     const std::string l_s_almost = "\r\n--AaB03\r\r\n-\r\n--AaB03\r\n\0\xFF"s;
-    // With either header so large that a read of 128 KiB ends inside the delimiter.
+    // So large that, with either header, a read of 128 KiB ends inside the delimiter.
     const std::string l_s_large(131072 - l_s_fx.size() - 4, '\r');
     const std::string l_s_nameless = FAULT + " - Entity Header does NOT contain name attribute." + BAD;
     const std::string l_s_bad = FAULT + " - Entity Header is NOT correct last header: BAD ";
@@ -71,7 +71,7 @@ TEST(MultipartBody, IsStoredOrTellsItsFault)
     mkfifo("/tmp/q", 0666);
     mkfifo("/tmp/r", 0666);
     open("/tmp/r", O_RDONLY | O_NONBLOCK);
-    // Body, what the log ends with, fields and upload.
+    // Body, end of the log, fields and upload.
     const std::tuple<std::string, std::string, tFields, std::string> l_cases[] = {
         {Part("name='a'", "1\r\n\r\n2\r") + Part("name='b'", "") + END, GOOD, {{"a", "1\r\n\r\n2\r"}, {"b", ""}}, ""},
         {Part("name='a'", l_s_almost) + l_s_a1 + END, GOOD, {{"a", l_s_almost}}, ""},
@@ -106,13 +106,13 @@ TEST(MultipartBody, IsStoredOrTellsItsFault)
         EXPECT_EQ(l_s_log.substr(l_s_log.size() - l_s_last.size()), l_s_last);
     }
 
-    // A long header is taken if it arrives in one read, and not if it keeps the parser waiting.
+    // A long header is accepted if it arrives in one read, but not if it keeps the parser waiting.
     const std::string l_s_long = Part("x=" + std::string(12000, 'x') + "; name='a'", "1") + END;
     EXPECT_TRUE(std::get<0>(Parse(MULTIPART, l_s_long)));
     EXPECT_EQ(std::get<2>(Parse(MULTIPART, l_s_long, 1)),
               START + FAULT + " - Entity Header length exceeds maximum allowable length." + BAD);
 
-    // What waits leaves room for a read.
+    // Data waiting to be parsed leaves room for a read.
     std::string l_s_many;
     while (l_s_many.size() < 300000) {
         l_s_many += l_s_a1;
@@ -120,7 +120,7 @@ TEST(MultipartBody, IsStoredOrTellsItsFault)
     const std::string l_s_content(262144, 'x');
     EXPECT_EQ(std::get<3>(Parse(MULTIPART, l_s_many + Part(l_s_named, l_s_content) + END)), l_s_content);
 
-    // The client has gone before it sent what it promised: what was complete by then stays.
+    // The client leaves before it has sent all it promised: whatever was complete by then is kept.
     const std::string l_s_parsed = "7 ParseMultipartData - Parsed ";
     EXPECT_EQ(Parse(MULTIPART, l_s_a1 + l_s_fx, 1, "99999999999"),
               tOutcome(false, {{"a", "1"}, {"f", "/tmp/u.bin"}},

@@ -20,11 +20,11 @@ TEST(Document, LoadsOnlyWhole)
     const std::string l_s_text(std::istreambuf_iterator<char>(l_c_file), {});
     for (std::size_t l_u_length = 0; l_u_length < l_s_text.size(); ++l_u_length) {
         std::ofstream("/tmp/path") << l_s_text.substr(0, l_u_length);
-        const bool l_b_whole = l_u_length == l_s_text.size() - 1; // but for the last line end
+        const bool l_b_whole = l_u_length == l_s_text.size() - 1; // all but the last line end
         EXPECT_EQ(cDocument().LoadFile("/tmp/path", TIXML_DEFAULT_ENCODING), l_b_whole) << l_u_length;
     }
 
-    // The kernel asks for the lease back when the document is opened, and has that wait meanwhile.
+    // When the document is opened, the kernel asks for the lease back and blocks the open meanwhile.
     std::ofstream("/tmp/path") << "<c/>";
     std::ofstream("/tmp/new") << "<c><replaced/></c>";
     std::signal(SIGIO, ReplaceAndRelease);

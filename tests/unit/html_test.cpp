@@ -11,9 +11,9 @@ namespace
 const cCGI FLAT(cCGI::eHTML_LEVEL_4); // indent 0
 const cCGI::tAttributes NONE;
 const cCGI::tAttributes ONE = {{"c", "1"}};
-const cCGI::tAttributes TWO = {{"name", "n"}, {"ID", ""}}; // "ID" comes first
+const cCGI::tAttributes TWO = {{"name", "n"}, {"ID", ""}}; // "ID" sorts first
 
-// Result and expected text; ' stands for a double quote there.
+// Result and expected text; in the latter, ' stands for a double quote.
 void ExpectEach(std::initializer_list<std::pair<std::string, std::string>> a_c_cases)
 {
     for (auto [l_s_result, l_s_expected] : a_c_cases) {
@@ -29,7 +29,7 @@ template<class tWrite> std::string Written(tWrite a_c_write)
     return testing::internal::GetCapturedStdout();
 }
 
-// A page that has begun: the indent is 2.
+// A page that has been started: the indent is 2.
 struct sPage : cCGI
 {
     explicit sPage(int a_i_level) : cCGI(static_cast<eCompliance>(a_i_level)) {}
@@ -48,7 +48,7 @@ TEST_F(Html, FramesPages)
     const std::string l_s_start = "Content-type: text/html\n\n<?xml version='1.0' encoding='iso-8859-1'?>\n\n";
     const char* const l_p_head =
         "\n<html xmlns='http://www.w3.org/1999/xhtml' lang='en-US' xml:lang='en-US'>\n <head>\n";
-    // Of the levels from 4 on; those below 4 have the first one too.
+    // For the levels from 4 on; lower levels use the first one too.
     const std::string l_documentTypes[] = {
         R"(<!DOCTYPE html PUBLIC '-//W3C//DTD HTML 4.01 Transitional//EN' 'http://www.w3.org/TR/html4/loose.dtd'>)",
         R"(<!DOCTYPE html PUBLIC '-//W3C//DTD XHTML 1.0 Frameset//EN' 'http://www.w3.org/TR/xhtml1/DTD/xhtml1-frameset.dtd'>)",

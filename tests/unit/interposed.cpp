@@ -18,7 +18,7 @@
 static std::string g_s_log;
 long g_i_allocationsLeft = -1;
 
-// The body on its way.
+// The body in transit.
 static std::string_view g_s_coming;
 static std::size_t g_u_piece;
 static bool g_b_ends;
@@ -46,12 +46,12 @@ extern "C" int poll(pollfd* /*fds*/, nfds_t /*count*/, int /*timeout*/)
     } else if (std::exchange(g_b_ends, false)) {
         close(std::exchange(g_i_sender, -1));
     } else {
-        throw std::logic_error("waited for a byte that never comes");
+        throw std::logic_error("waited for a byte that never arrives");
     }
     return 1;
 }
 
-// None is inlined, or GCC would take what they do for a mismatch.
+// Not inlined, or GCC would see a mismatch of allocation functions.
 [[gnu::noinline]] void* operator new(std::size_t a_u_size, const std::nothrow_t&) noexcept
 {
     return g_i_allocationsLeft >= 0 && g_i_allocationsLeft-- == 0 ? nullptr : std::malloc(a_u_size);

@@ -5,17 +5,17 @@
 
 #include <tuple>
 
-/// All that the parse of a POST leaves behind: result, fields, log, and the stored upload, which is
-/// taken away from /tmp. The log has a line for each message, the priority first.
+/// All that parsing a POST leaves behind: result, fields, log, and the stored upload, which is
+/// removed from /tmp. The log has one line per message, beginning with the priority.
 using tOutcome = std::tuple<bool, cCGI::tFormData, std::string, std::string>;
 
-/// Parses a body that arrives in pieces of a size: each time the code under test waits in poll, which
-/// the test program has of its own too, the next one is there. Behind the body comes the end of input
-/// if a length is given for it, otherwise a wait for one byte more throws std::logic_error.
+/// Parses a body that arrives in pieces of a given size: each time the code under test waits in poll,
+/// which the test program also replaces, the next piece is there. If a length is given, the body is
+/// followed by the end of input; otherwise waiting for one more byte throws std::logic_error.
 tOutcome Parse(const std::string& a_s_type, const std::string& a_s_body, std::size_t a_u_piece = std::string::npos,
                const char* a_p_length = nullptr);
 
-/// How many allocations of the whole program succeed before one fails; below 0 none fails.
+/// How many allocations in the whole program succeed before one fails; if negative, none fails.
 extern long g_i_allocationsLeft;
 
 #endif

@@ -9,7 +9,7 @@
 TEST(PidFile, EndsADuplicateIfAsked)
 {
     EXPECT_FALSE(cPidFile(true).IsDuplicateRunning());
-    std::ofstream("/var/run/unit_tests.pid") << getpid(); // as good as another instance
+    std::ofstream("/var/run/unit_tests.pid") << getpid(); // counts as another instance
     EXPECT_EQ(cPidFile(false).GetDuplicatePID(), getpid());
     EXPECT_TRUE(cPidFile(false).IsDuplicateRunning());
     EXPECT_EXIT(cPidFile(true), testing::ExitedWithCode(255), "");

@@ -18,7 +18,7 @@ static std::string Value(const TiXmlDocument& a_c_document, const std::string& a
     return ExtractValues(a_c_document, {{"k", a_s_expression}}).at("k");
 }
 
-// The members of a node set in their order, @ for an attribute, each with a comma.
+// The members of a node set in order, @ for an attribute, each followed by a comma.
 static std::string Members(const TiXmlDocument& a_c_document, const char* a_p_expression)
 {
     xpath_processor l_c_processor(a_c_document.RootElement(), a_p_expression);
@@ -42,7 +42,7 @@ TEST(XPath, SelectsAndExtracts)
         {"a[2]", "a,", "<a n=&quot;3&quot;><!--in--><b />\xC3\xBC&amp;&quot;</a>"},
         {"a[last()]/b | a[1] | p:a", "a,p:a,b,", "<a n=&quot;1&quot;>one</a>"},
         {"a[last()]/@n | a[1]/@n", "@,@,", "1"},
-        {"a/text()[string-length() = 4]/../@n", "@,", "3"}, // the umlaut has two bytes
+        {"a/text()[string-length() = 4]/../@n", "@,", "3"}, // the umlaut takes two bytes
         {"a/comment()", "in,", "in"},
         {"p:a/node()", "?pi x?,t<o,", ""},
         {"a['1'][not(//processing-instruction())]/@n", "@,@,", "1"},
@@ -70,7 +70,7 @@ TEST(XPath, SelectsAndExtracts)
 
 TEST(XPath, NeverAnswersFromAnotherDocument)
 {
-    std::optional<TiXmlDocument> l_c_document; // the second at the same address
+    std::optional<TiXmlDocument> l_c_document; // the second has the same address
     for (const char* l_p_text : {"<c><v>1</v></c>", "<c><v>2</v></c>"}) {
         l_c_document.emplace().Parse(l_p_text);
         EXPECT_EQ(Value(*l_c_document, "v/text()"), std::string(1, l_p_text[6]));
@@ -90,7 +90,7 @@ TEST(XPath, NeverAnswersFromAnotherDocument)
         EXPECT_EQ(l_c_first.XNp_get_xpath_node(0), l_c_document->RootElement()->LastChild());
     }
 
-    // A copy bears its source's mark, also where another copy was before.
+    // A copy carries its source's mark, even at the address of an earlier copy.
     for (const char* l_p_text : {"5", "6", "7"}) {
         TiXmlDocument l_c_copy(*l_c_document);
         l_c_copy.RootElement()->LastChild()->FirstChild()->SetValue(l_p_text);
@@ -100,7 +100,7 @@ TEST(XPath, NeverAnswersFromAnotherDocument)
 
 TEST(XPath, StandsADeepDocument)
 {
-    constexpr unsigned DEPTH = 10000; // about as deep as the parser goes on a stack of 8 MB
+    constexpr unsigned DEPTH = 10000; // about as deep as the parser can go on an 8 MB stack
     std::string l_s_text = "<e>x</e>";
     for (unsigned l_u_level = 0; l_u_level < DEPTH; ++l_u_level) {
         l_s_text.insert(0, "<d>").append("</d>");
