@@ -1,4 +1,4 @@
-"""Clients of the handler behind a web server: requests of every kind, each answer compared byte by byte."""
+"""Clients of the handler behind a web server: they send requests of every kind and check each answer byte by byte."""
 import collections
 import concurrent.futures
 import contextlib
@@ -16,19 +16,19 @@ URL_ENCODED = {"Content-Type": "application/x-www-form-urlencoded"}
 MULTIPART = {"Content-Type": "multipart/form-data; boundary=XyZ"}
 END = b"--XyZ--\r\n"
 
-# Expressions over the example document, and their values as they stand in the answer.
+# Expressions on the example document, and their values as they appear in the answer.
 VALUES = {
     "//hostname/text()": "gateway-7", "dns/server[2]/@priority": "2", "//mtu": r"<mtu>1500<\/mtu>", "//absent": "",
     "//location/text()": "Süd-Werk, Halle 4 <Kühlung & Pumpen>", "//rule[@id = '90' and 1+1 = 2]/@id": "90",
     "concat('100%', ' & more')": "", "//user[@name='jmueller']/fullname/text()": "Jana Müller", "][": "",
 }
-# The faults that these requests log. The server's limit is reached as closed connections linger.
+# The errors that these requests cause in the log. The server reaches its limit because closed connections linger.
 EXPECTED = re.compile(
     r"  main\(\): (CGI parse failed|Unable to write response)\.|"
     r"  cPidFile::cPidFile\(\): Found another instance of process running \(PROCESS: query, PID: \d+\)|"
     r"ParseMultipartData - (No boundary found in content type|Entity Header is NOT correct last header: BAD LENGTH)\.?|"
     r"ParseMultipartData\(\) - Unable to open tmp file for writing, filename is empty|"
-    r"\(mod_cgi\.c\.\d+\) CGI pid \d+ died with signal 13|"  # of a client that broke off
+    r"\(mod_cgi\.c\.\d+\) CGI pid \d+ died with signal 13|"  # of a client that disconnected
     r"\(server\.c\.\d+\) \[note\] sockets (disabled, connection limit reached|enabled again)")
 
 
@@ -41,9 +41,9 @@ def file_part(name, content):
 
 
 class Client:
-    """Its requests follow from its number alone. take_upload(name) removes an uploaded file and gives the
-    hexadecimal SHA-256 of what it held; refusal is the status of a request that the handler refuses, 0 for
-    no response."""
+    """Its number alone determines its requests. take_upload(name) removes an uploaded file and returns the
+    hexadecimal SHA-256 of its content; refusal is the status of a request that the handler refuses, 0 for no
+    response."""
 
     def __init__(self, number, port, take_upload, refusal=500):
         self.number = number
@@ -94,7 +94,7 @@ class Client:
         self.expect(200, b'{"error" : false, "data" : {"a" : "gateway-7","f" : ""}}', "POST", TARGET, b"".join(parts),
                     MULTIPART)
         if self.take_upload(name) != hashlib.sha256(content).hexdigest():
-            raise ValueError(f"{name} differs from the {len(content)} bytes that were sent")
+            raise ValueError(f"{name} differs from the {len(content)} bytes sent")
 
     def refused(self):
         self.expect(self.refusal, None, *self.random.choice((
@@ -104,7 +104,7 @@ class Client:
             ("POST", TARGET, file_part("", b"content") + END, MULTIPART))))
 
     def broken_off(self):
-        """Somewhere in the request, or behind it; by an orderly end or a reset."""
+        """Disconnects during or after the request, by an orderly close or a reset."""
         body = text_part("a", "//mtu") + file_part(f"never-{self.number}.bin", bytes(200000)) + END
         head = f"Host: device\r\nContent-Type: {MULTIPART['Content-Type']}\r\nContent-Length: {len(body)}\r\n\r\n"
         get = f"GET {TARGET}?a=//mtu HTTP/1.1\r\nHost: device\r\n\r\n".encode()
@@ -134,7 +134,7 @@ class Client:
 
 
 def run(count, clients, seconds, *where, kinds=Client.KINDS):
-    """That many requests of that many clients at a time: how many of each kind went how, and what was wrong."""
+    """Sends that many requests from that many concurrent clients; returns the outcomes by kind, and what was wrong."""
     deadline = time.monotonic() + seconds
     shares = [count // clients + (number < count % clients) for number in range(clients)]
     with concurrent.futures.ThreadPoolExecutor(clients) as pool:

@@ -1,4 +1,4 @@
-"""How tools that use the tests' harness begin."""
+"""How tools that use the tests' harness start."""
 import os
 import pathlib
 import sys
@@ -7,7 +7,7 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 
 def harness(program):
-    """The harness, inside the sandbox and with that handler: the tool is started there anew."""
+    """The harness, inside the sandbox and with that handler; restarts the tool there first."""
     program = program.resolve(strict=True)
     if "KESTO_QUERY" not in os.environ:
         sandbox = sys.executable, ROOT / "tools/sandbox", "--keep", ROOT, "--keep", program.parent, "--"

@@ -1,5 +1,5 @@
-/* Stands for a peer daemon: writes into the file that its argument names how often it got SIGUSR2.
- * Comes before every other process, for of two signals that wait together one would be lost. */
+/* Stand-in for a peer daemon: writes the number of SIGUSR2 received into the file that its argument
+ * names. Runs before every other process: of two signals pending together, one would be lost. */
 #include <sched.h>
 #include <signal.h>
 #include <stdio.h>
