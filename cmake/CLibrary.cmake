@@ -1,4 +1,4 @@
-# Tells which C library a static program gets: a cross compiler may bring one that nobody keeps current.
+# Reports the C library that a static program gets: a cross compiler may bring an unmaintained one.
 set(c_library "unknown")
 separate_arguments(flags UNIX_COMMAND "${CMAKE_CXX_FLAGS} ${CMAKE_EXE_LINKER_FLAGS}")
 execute_process(COMMAND ${CMAKE_CXX_COMPILER} ${flags} -print-file-name=libc.a

@@ -1,4 +1,4 @@
-# Compiler and linker flags of every target of the project.
+# Compiler and linker flags for every target of the project.
 include(CheckCXXCompilerFlag)
 include(CheckCXXSourceCompiles)
 
@@ -8,11 +8,11 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_C_STANDARD 11)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-# CMake's own choice, -O3, would make the program larger. What the user or the toolchain file chose
-# stays.
+# CMake's own choice, -O3, would make the program larger. A choice by the user or the toolchain file
+# is kept.
 foreach(language C CXX)
   if(NOT release_flags_given AND CMAKE_${language}_FLAGS_RELEASE STREQUAL "-O3 -DNDEBUG")
-    set(CMAKE_${language}_FLAGS_RELEASE "-O2 -DNDEBUG" CACHE STRING "Flags of Release builds" FORCE)
+    set(CMAKE_${language}_FLAGS_RELEASE "-O2 -DNDEBUG" CACHE STRING "Flags for Release builds" FORCE)
   endif()
 endforeach()
 
@@ -21,29 +21,29 @@ if(KESTO_WERROR)
   add_compile_options(-Werror)
 endif()
 
-# File names in the binary read from the project root, wherever the build directory is.
+# File names in the binary are relative to the project root, wherever the build directory is.
 set(prefix_map -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
 if(CMAKE_GENERATOR MATCHES Ninja AND prefix_map MATCHES "\\$")
-  # In the options that CMake writes for Ninja the shell would take it for a variable. Ninja runs its
-  # commands in the build directory, so a file there can be named without its path.
+  # In the options that CMake writes for Ninja, the shell would take the dollar sign for a variable.
+  # Ninja runs its commands in the build directory, so a file there can be named without its path.
   file(WRITE ${CMAKE_BINARY_DIR}/prefix-map "'${prefix_map}'")
   set(prefix_map @prefix-map)
 endif()
 add_compile_options(${prefix_map})
 
-# Offsets and times are 64 bits wide on 32-bit targets too: an upload may pass 2 GiB.
+# Offsets and times are 64 bits wide on 32-bit targets too: an upload may exceed 2 GiB.
 add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
 
-# One section a function, so that the linker drops what no path reaches.
+# One section per function or variable, so that the linker can drop everything unreachable.
 add_compile_options(-ffunction-sections -fdata-sections)
 add_link_options(-Wl,--gc-sections)
 
-# A fault that gets past us ends the process and does not get any further. The linker's part: data
-# that relocation has filled in turns read-only, no page can be written and executed.
+# A bug that we have missed ends the process and gets no further. The linker's part: data that
+# relocation has filled in becomes read-only, and no page is both writable and executable.
 add_compile_options(-fstack-protector-strong)
 add_link_options(-Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack)
 foreach(flag -fstack-clash-protection -fcf-protection -ftrivial-auto-var-init=zero)
-  # -fcf-protection exists for x86 only, and GCC 12 has nothing like it for 32-bit ARM.
+  # -fcf-protection exists for x86 only, and GCC 12 has no equivalent for 32-bit ARM.
   string(MAKE_C_IDENTIFIER "HAVE${flag}" have)
   check_cxx_compiler_flag(${flag} ${have})
   if(${have})
@@ -52,7 +52,7 @@ foreach(flag -fstack-clash-protection -fcf-protection -ftrivial-auto-var-init=ze
 endforeach()
 if(NOT CMAKE_BUILD_TYPE STREQUAL Debug AND NOT KESTO_SANITIZE)
   # Needs optimisation, and would take checks away from the sanitizers.
-  # Level 3 asks for a C library and a compiler that know it; others warn.
+  # Level 3 needs a C library and a compiler that support it; others warn.
   set(CMAKE_REQUIRED_FLAGS "-O2 -Werror -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3")
   check_cxx_source_compiles("#include <cstdio>\nint main() {}" HAVE_FORTIFY_3)
   unset(CMAKE_REQUIRED_FLAGS)
@@ -62,9 +62,9 @@ if(NOT CMAKE_BUILD_TYPE STREQUAL Debug AND NOT KESTO_SANITIZE)
   endif()
   add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${fortify_level})
 endif()
-# Position-independent code everywhere, for executables of others that link our archives too. A
-# static program still starts at a fixed address: moving itself takes 4 % of the processor time of a
-# small request, and Debian's armhf C library cannot do it.
+# Position-independent code everywhere, since other projects' executables link our archives too. A
+# static program still starts at a fixed address: relocating itself would take 4 % of the processor
+# time of a small request, and Debian's armhf C library cannot do it.
 add_compile_options(-fPIE)
 if(NOT KESTO_STATIC)
   add_link_options(-pie)

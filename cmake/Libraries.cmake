@@ -1,6 +1,6 @@
-# The XML libraries, as the targets xml::tinyxml and xml::pugixml. Each is looked for where headers and
-# libraries usually are (CMAKE_PREFIX_PATH and CMAKE_FIND_ROOT_PATH included), then where pkg-config
-# says, which in a cross build may be the build machine's.
+# The XML libraries, as the targets xml::tinyxml and xml::pugixml. Each is looked for in the usual
+# places for headers and libraries (including CMAKE_PREFIX_PATH and CMAKE_FIND_ROOT_PATH), then where
+# pkg-config says, which in a cross build may be the build machine's folders.
 find_package(PkgConfig QUIET)
 
 function(find_xml_library name header)
@@ -18,8 +18,8 @@ function(find_xml_library name header)
   find_library(${upper}_LIBRARY ${name} PATHS ${${upper}_PC_LIBDIR} ${${upper}_PC_LIBRARY_DIRS})
   if(NOT ${upper}_INCLUDE_DIR OR NOT ${upper}_LIBRARY)
     message(FATAL_ERROR "${name} is missing (${header}, lib${name}${CMAKE_FIND_LIBRARY_SUFFIXES}): install "
-                        "it, on Debian lib${name}-dev, name its prefix in CMAKE_PREFIX_PATH, or set "
-                        "${upper}_INCLUDE_DIR and ${upper}_LIBRARY. Where there is only a shared library, "
+                        "it (on Debian, lib${name}-dev), add its prefix to CMAKE_PREFIX_PATH, or set "
+                        "${upper}_INCLUDE_DIR and ${upper}_LIBRARY. If there is only a shared library, "
                         "link dynamically with -DKESTO_STATIC=OFF.")
   endif()
   add_library(xml::${name} UNKNOWN IMPORTED)
@@ -27,12 +27,12 @@ function(find_xml_library name header)
                                                 INTERFACE_INCLUDE_DIRECTORIES "${${upper}_INCLUDE_DIR}")
 endfunction()
 
-# Builds TinyXML with this project's flags, but for its warnings.
+# Builds TinyXML with this project's flags, except for its warnings.
 function(build_tinyxml folder)
   set(sources tinyxml.cpp tinyxmlerror.cpp tinyxmlparser.cpp)
   foreach(file tinyxml.h ${sources})
     if(NOT EXISTS ${folder}/${file})
-      message(FATAL_ERROR "KESTO_TINYXML_SOURCE names ${folder}, where there is no ${file}.")
+      message(FATAL_ERROR "KESTO_TINYXML_SOURCE is ${folder}, which contains no ${file}.")
     endif()
   endforeach()
   list(TRANSFORM sources PREPEND ${folder}/)
@@ -43,8 +43,8 @@ function(build_tinyxml folder)
   add_library(xml::tinyxml ALIAS built_tinyxml)
 endfunction()
 
-# Ends the configuration with a reason, and what the linker said, where the program's own linking would
-# fail with none.
+# Stops the configuration with a reason and the linker's output, where linking the program itself would
+# fail without a reason.
 function(require_linking result source reason)
   if(${result})
     return()
@@ -71,8 +71,8 @@ if(KESTO_TINYXML_SOURCE)
 endif()
 find_xml_library(tinyxml tinyxml.h)
 
-# The header as its author ships it leaves it to the user whether texts are std::string; what the
-# library was built with has to agree.
+# The upstream header lets the user choose whether texts are std::string; the choice must match what
+# the library was built with.
 set_property(TARGET xml::tinyxml PROPERTY INTERFACE_COMPILE_DEFINITIONS TIXML_USE_STL)
 require_linking(TINYXML_USES_STL "#include <tinyxml.h>
 int main() { std::string text; TiXmlBase::EncodeString(text, &text); }"

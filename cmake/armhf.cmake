@@ -1,12 +1,12 @@
 # Builds for the device (ARMv7, hard-float, Debian's armhf) with Debian's cross compiler and the
-# armhf libraries beside the build machine's own. What is built runs here under qemu.
+# armhf libraries installed next to the build machine's own. What is built runs here under qemu.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR armv7l)
 set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
 
-# The cross compiler brings C and C++ libraries that get no security updates; those of the armhf
-# architecture do: as tools/fetch-armhf unpacks them, or as they are installed.
+# The C and C++ libraries of the cross compiler get no security updates; those of the armhf
+# architecture do. They are taken from where tools/fetch-armhf unpacks them, or from the system.
 foreach(root ${CMAKE_CURRENT_LIST_DIR}/../build/armhf-libraries "")
   if(EXISTS ${root}/usr/lib/arm-linux-gnueabihf/libc.a)
     file(GLOB libraries ${root}/usr/lib/gcc/arm-linux-gnueabihf/*)
@@ -15,7 +15,7 @@ foreach(root ${CMAKE_CURRENT_LIST_DIR}/../build/armhf-libraries "")
   endif()
 endforeach()
 
-find_program(QEMU_ARM NAMES qemu-arm qemu-arm-static) # the tests need it, the build does not
+find_program(QEMU_ARM NAMES qemu-arm qemu-arm-static) # needed by the tests, not by the build
 if(QEMU_ARM)
   set(CMAKE_CROSSCOMPILING_EMULATOR ${QEMU_ARM})
 endif()
