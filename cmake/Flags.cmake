@@ -8,11 +8,12 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_C_STANDARD 11)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-# CMake's own choice, -O3, would make the program larger. A choice by the user or the toolchain file
-# is kept.
+# CMake's own choice, -O3, makes the program larger and not faster, except together with link-time
+# optimisation. A choice by the user or the toolchain file is kept.
 foreach(language C CXX)
-  if(NOT release_flags_given AND CMAKE_${language}_FLAGS_RELEASE STREQUAL "-O3 -DNDEBUG")
-    set(CMAKE_${language}_FLAGS_RELEASE "-O2 -DNDEBUG" CACHE STRING "Flags for Release builds" FORCE)
+  if(NOT CMAKE_INTERPROCEDURAL_OPTIMIZATION AND NOT RELEASE_FLAGS_GIVEN
+     AND CMAKE_${language}_FLAGS_RELEASE STREQUAL "-O3 -DNDEBUG")
+    set(CMAKE_${language}_FLAGS_RELEASE "-O2 -DNDEBUG")
   endif()
 endforeach()
 

@@ -27,20 +27,19 @@ function(find_xml_library name header)
                                                 INTERFACE_INCLUDE_DIRECTORIES "${${upper}_INCLUDE_DIR}")
 endfunction()
 
-# Builds TinyXML with this project's flags, except for its warnings.
-function(build_tinyxml folder)
-  set(sources tinyxml.cpp tinyxmlerror.cpp tinyxmlparser.cpp)
-  foreach(file tinyxml.h ${sources})
+# Builds one of the libraries from its sources, with this project's flags except for its warnings.
+function(build_xml_library name folder)
+  foreach(file ${ARGN})
     if(NOT EXISTS ${folder}/${file})
-      message(FATAL_ERROR "KESTO_TINYXML_SOURCE is ${folder}, which contains no ${file}.")
+      string(TOUPPER ${name} upper)
+      message(FATAL_ERROR "KESTO_${upper}_SOURCE leads to ${folder}, which contains no ${file}.")
     endif()
   endforeach()
-  list(TRANSFORM sources PREPEND ${folder}/)
-  add_library(built_tinyxml STATIC ${sources})
-  target_compile_definitions(built_tinyxml PUBLIC TIXML_USE_STL)
-  target_compile_options(built_tinyxml PRIVATE -w)
-  target_include_directories(built_tinyxml SYSTEM PUBLIC ${folder})
-  add_library(xml::tinyxml ALIAS built_tinyxml)
+  list(TRANSFORM ARGN PREPEND ${folder}/)
+  add_library(built_${name} STATIC ${ARGN})
+  target_compile_options(built_${name} PRIVATE -w)
+  target_include_directories(built_${name} SYSTEM PUBLIC ${folder})
+  add_library(xml::${name} ALIAS built_${name})
 endfunction()
 
 # Stops the configuration with a reason and the linker's output, where linking the program itself would
@@ -64,17 +63,22 @@ if(KESTO_STATIC)
 libstdc++.a), or link dynamically with -DKESTO_STATIC=OFF.")
 endif()
 
-find_xml_library(pugixml pugixml.hpp)
-if(KESTO_TINYXML_SOURCE)
-  build_tinyxml(${KESTO_TINYXML_SOURCE})
-  return()
+if(KESTO_PUGIXML_SOURCE)
+  build_xml_library(pugixml ${KESTO_PUGIXML_SOURCE}/src pugixml.hpp pugiconfig.hpp pugixml.cpp)
+else()
+  find_xml_library(pugixml pugixml.hpp)
 endif()
-find_xml_library(tinyxml tinyxml.h)
 
-# The upstream header lets the user choose whether texts are std::string; the choice must match what
-# the library was built with.
-set_property(TARGET xml::tinyxml PROPERTY INTERFACE_COMPILE_DEFINITIONS TIXML_USE_STL)
-require_linking(TINYXML_USES_STL "#include <tinyxml.h>
+# TinyXML's upstream header lets the user choose whether texts are std::string; the choice must match
+# what the library was built with.
+if(KESTO_TINYXML_SOURCE)
+  build_xml_library(tinyxml ${KESTO_TINYXML_SOURCE} tinyxml.h tinyxml.cpp tinyxmlerror.cpp tinyxmlparser.cpp)
+  target_compile_definitions(built_tinyxml PUBLIC TIXML_USE_STL)
+else()
+  find_xml_library(tinyxml tinyxml.h)
+  set_property(TARGET xml::tinyxml PROPERTY INTERFACE_COMPILE_DEFINITIONS TIXML_USE_STL)
+  require_linking(TINYXML_USES_STL "#include <tinyxml.h>
 int main() { std::string text; TiXmlBase::EncodeString(text, &text); }"
-  "TinyXML cannot be linked with std::string: it was built without TIXML_USE_STL, or with another C++ \
+    "TinyXML cannot be linked with std::string: it was built without TIXML_USE_STL, or with another C++ \
 library (libc++ and libstdc++ do not mix)." xml::tinyxml)
+endif()

@@ -6,7 +6,7 @@ set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
 
 # The C and C++ libraries of the cross compiler get no security updates; those of the armhf
-# architecture do. They are taken from where tools/fetch-armhf unpacks them, or from the system.
+# architecture do. They are taken from where tools/fetch unpacks them, or from the system.
 foreach(root ${CMAKE_CURRENT_LIST_DIR}/../build/armhf-libraries "")
   if(EXISTS ${root}/usr/lib/arm-linux-gnueabihf/libc.a)
     file(GLOB libraries ${root}/usr/lib/gcc/arm-linux-gnueabihf/*)
