@@ -271,7 +271,7 @@ pugi::xpath_node cMirror::First(const pugi::xpath_node_set& a_c_nodes) const
 
 const TiXmlNode* cMirror::Original(pugi::xml_node a_c_node) const
 {
-    return SamePlace(a_c_node, m_c_top, m_p_top);
+    return a_c_node == m_c_tree ? m_p_top : SamePlace(a_c_node, m_c_top, m_p_top);
 }
 
 } // namespace TinyXPath

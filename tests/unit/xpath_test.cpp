@@ -64,6 +64,9 @@ TEST(XPath, SelectsAndExtracts)
     EXPECT_EQ(xpath_processor(l_c_document.RootElement(), "sum(a/@n)").S_compute_xpath(), "4");
     l_c_document.RemoveChild(l_c_document.RootElement());
     EXPECT_EQ(Value(l_c_document, "/"), "");
+    TiXmlElement l_c_lone("lone");
+    xpath_processor l_c_root(l_c_lone.InsertEndChild(TiXmlText("t"))->Parent(), "/*/..");
+    EXPECT_EQ(l_c_root.u_compute_xpath_node_set() == 1 ? l_c_root.XNp_get_xpath_node(0) : nullptr, &l_c_lone);
     EXPECT_EQ(xpath_processor(nullptr, "/").S_compute_xpath(), "");
     EXPECT_EQ(xpath_processor(nullptr, "/").XNp_get_xpath_node(0), nullptr);
 }
