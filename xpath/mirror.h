@@ -10,10 +10,10 @@ namespace TinyXPath
 
 /// A pugixml copy of a TinyXML tree, node for node, on which XPath can be evaluated.
 ///
-/// Elements, attributes, texts (including CDATA) and comments become their counterparts. Nodes for
-/// which XPath has no kind of its own (the declaration; the unknown nodes: DOCTYPE, processing
-/// instruction) become nameless, empty processing instructions: the only kind of node that pugixml
-/// accepts at any depth and that only node() and processing-instruction() match.
+/// Elements, attributes, texts (including CDATA) and comments become their counterparts. All others
+/// (the declaration; what TinyXML calls unknown: DOCTYPE, processing instruction) become nameless,
+/// empty processing instructions: the only kind of node that pugixml accepts at any depth and that
+/// only node() and processing-instruction() match.
 ///
 /// The tree is copied and walked without recursion, so its depth costs no stack.
 class cMirror
@@ -42,7 +42,7 @@ public:
     const TiXmlNode* Original(pugi::xml_node a_c_node) const;
 
     /// The first node, in document order, of a set of nodes of the mirror; a null node if the set
-    /// is empty. Takes linear time even if the set is not sorted. Throws std::bad_alloc.
+    /// is empty. Sorts at most once, even if the set is not sorted. Throws std::bad_alloc.
     pugi::xpath_node First(const pugi::xpath_node_set& a_c_nodes) const;
 
 private:

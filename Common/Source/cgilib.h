@@ -90,8 +90,8 @@ public:
     /// URL-encoded: reads at most CONTENT_LENGTH bytes, up to the first line feed or the end of
     /// input, truncates the text at the first NUL, and splits and decodes it like a query string.
     /// Never waits for a byte past CONTENT_LENGTH.
-    /// Returns false, with standard input untouched, if CONTENT_LENGTH is missing, is not a
-    /// positive number or, for a URL-encoded body, exceeds 16 MiB.
+    /// For a URL-encoded body, returns false, with standard input untouched, if CONTENT_LENGTH is
+    /// missing, is not a positive number or exceeds 16 MiB.
     bool ParsePostData();
 
     /// Reads a multipart/form-data body (RFC 7578) of CONTENT_LENGTH bytes. Fields are stored in
@@ -271,7 +271,8 @@ public:
     std::string Text(const tAttributes& a_m_attributes, const std::string& a_s_value) const;
 
     // ---- Elements with content ----
-    // Attributes and content are written as InflateDiatomicTag() returns them.
+    // Attributes and content are written as InflateDiatomicTag() returns them, except in Script(),
+    // whose attributes are not minimized and whose code is not indented.
 
     /// <a href="/">\ncontent\n</a>, without an indent before it or a newline after it.
     std::string A(const tAttributes& a_m_attributes, const std::string& a_s_content) const;

@@ -53,7 +53,7 @@ constexpr sField LOG = {"log", "Log level", "The least important message that is
 constexpr sField NTP = {"ntp", "Clock", "By the time servers of the configuration."};
 constexpr sField NOTE = {"note", "Note", "For the record of changes, at most 500 characters."};
 
-// Generates the form. All text from a client or the document is escaped here, and only here.
+// Generates the form, and escapes all of the client's and the document's text in it.
 class cForm
 {
 public:
