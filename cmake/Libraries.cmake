@@ -65,6 +65,10 @@ endif()
 
 if(KESTO_PUGIXML_SOURCE)
   build_xml_library(pugixml ${KESTO_PUGIXML_SOURCE}/src pugixml.hpp pugiconfig.hpp pugixml.cpp)
+  if(HAVE_ftrivial_auto_var_init_zero)
+    # An evaluation has 8 KiB of buffers on the stack; to clear them is 6 % of an expression's instructions.
+    target_compile_options(built_pugixml PRIVATE -ftrivial-auto-var-init=uninitialized)
+  endif()
 else()
   find_xml_library(pugixml pugixml.hpp)
 endif()
