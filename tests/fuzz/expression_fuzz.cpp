@@ -1,18 +1,24 @@
-// Any expression on the example document yields a value, the same one each time.
+// Any expression yields a value, the same one each time. Document and expressions are small, since
+// predicates take time that is exponential in their depth.
 
+#include <algorithm>
 #include <cstdlib>
 
 #include <extraction.h>
-#include <response.h>
+
+static const char* const DOCUMENT = R"(<?xml version="1.0"?><!DOCTYPE c><!--top--><c xmlns:p="u" p:id="1">
+<a n="1">one</a><p:a n="2"><?pi x?><![CDATA[t<o]]></p:a><a n="3"><!--in--><b/>ü&amp;"</a></c>)";
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* a_p_data, std::size_t a_u_size)
 {
     static TiXmlDocument s_c_document;
-    static const bool s_b_loaded = s_c_document.LoadFile(EXAMPLE_CONFIG);
+    [[maybe_unused]] static const char* const s_p_parsed = s_c_document.Parse(DOCUMENT);
+    if (std::count(a_p_data, a_p_data + a_u_size, '[') > 4) {
+        return 0;
+    }
     const std::string l_s_expression(reinterpret_cast<const char*>(a_p_data), a_u_size);
     const auto l_m_values = ExtractValues(s_c_document, {{"a", l_s_expression}, {"b", l_s_expression}});
-    ComposeResponse(l_m_values);
-    if (!s_b_loaded || l_m_values.at("a") != l_m_values.at("b")) {
+    if (l_m_values.at("a") != l_m_values.at("b")) {
         std::abort();
     }
     return 0;
