@@ -4,7 +4,8 @@
 set(bundled_libraries "") # "name version" for each
 find_program(DPKG_QUERY dpkg-query)
 
-# Debian's version of an XML library, if it or its sources come from there; otherwise the given one.
+# Adds an XML library, unless it is linked dynamically: with Debian's version if it or its sources come
+# from there, otherwise with the given one.
 function(bundle_xml_library name upstream_version)
   string(TOUPPER ${name} upper)
   set(folder ${KESTO_${upper}_SOURCE})
