@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <cstring>
 #include <new>
 #include <optional>
 #include <string>
@@ -8,19 +9,28 @@
 #include <cgilib.h>
 #include <pidfile.h>
 
-#include "bounds.h"
 #include "document.h"
 #include "extraction.h"
 #include "heap.h"
 #include "paths.h"
 #include "peers.h"
+#include "request_limits.h"
 #include "response.h"
-#include "start.h"
+#include "streams.h"
 
 namespace
 {
 
 constexpr int RESPONSE_WRITTEN = 0;
+
+// Some servers pass the words of a query string without "=" (RFC 3875, 4.4), and anyone who looks
+// up the program's name in the process table would find it in those words.
+void BlankArguments(int a_i_count, char* a_p_arguments[])
+{
+    for (int l_i_argument = 1; l_i_argument < a_i_count; ++l_i_argument) {
+        std::memset(a_p_arguments[l_i_argument], 0, std::strlen(a_p_arguments[l_i_argument]));
+    }
+}
 
 // Loads the document; one that is too large for the available memory counts as unparsable.
 bool LoadConfigOnce(cDocument& a_c_document, const std::string& a_s_path, std::string& a_s_fault)
@@ -72,28 +82,27 @@ bool WriteResponse(const std::string& a_s_response)
 
 int main(int a_i_count, char* a_p_arguments[])
 {
-    PutInOrder(a_i_count, a_p_arguments);
+    OpenStandardStreams();
+    BlankArguments(a_i_count, a_p_arguments);
     const std::string l_s_configPath = CONFIG_PATH;
 
     SignalPeers();
 
-    ProvideStack();
-    BoundMemory();
-    SurviveFileSizeLimit();
-    RefuseNewPrivileges();
+    LimitProcess();
+    LimitProcessorTime(); // for parsing
     cCGI l_c_request(cCGI::eXHTML_1_0_TRANSITIONAL);
     if (!l_c_request.ParseData()) {
         syslog(LOG_ERR, "  main(): CGI parse failed.");
-        return NOTHING_WRITTEN;
+        return NOT_ANSWERED;
     }
-    BoundProcessorTime();
+    LimitProcessorTime(); // for the rest
 
     // Static, so that its file is also removed when exit() ends the process.
     static std::optional<cPidFile> l_c_guard(std::in_place, false);
     if (access(l_s_configPath.c_str(), R_OK) != 0) {
         syslog(LOG_ERR, "  main(): Config file (%s) is missing or not readable.",
                l_s_configPath.c_str());
-        return NOTHING_WRITTEN;
+        return NOT_ANSWERED;
     }
 
     cDocument l_c_document;
@@ -111,5 +120,5 @@ int main(int a_i_count, char* a_p_arguments[])
         syslog(LOG_ERR, "  main(): Unable to write response.");
     }
     // Ending the process frees the trees faster than their destructors would.
-    _exit(l_b_written ? RESPONSE_WRITTEN : NOTHING_WRITTEN);
+    _exit(l_b_written ? RESPONSE_WRITTEN : NOT_ANSWERED);
 }

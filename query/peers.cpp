@@ -1,6 +1,7 @@
 #include "peers.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
@@ -11,45 +12,30 @@
 #include <unistd.h>
 
 #include "paths.h"
+#include "streams.h"
 
-// Prefixes of the variables that a client chooses or that a server derives from the client's
-// choices: those of RFC 3875, 4.1, and those that Apache, BusyBox httpd, lighttpd and nginx add,
-// some through modules that take the client's address from a header, or the document root and the
-// port from the requested host.
-static constexpr const char* const CLIENT_VARIABLES[] = {
-    "AUTH",      "CONTENT_", "DOCUMENT_",      "SERVER_NAME=",
-    "HTTP_",     "PATH_",    "QUERY_",         "SERVER_PORT=",
-    "REDIRECT_", "REMOTE_",  "REQUEST_",       "SERVER_PROTOCOL=",
-    "SCRIPT_",   "SSL_",     "UNENCODED_URL=", "SERVER_SIGNATURE=",
+// What a shell and killall may need. Everything else is dropped, since servers pass more of what a
+// client chose than anyone can list.
+static constexpr const char* const KEPT_VARIABLES[] = {
+    "HOME=", "LANG=", "LC_", "LD_LIBRARY_PATH=", "PATH=", "TZ=",
 };
 
-static bool IsClients(const char* a_p_variable)
+static bool IsDropped(const char* a_p_variable)
 {
-    return std::any_of(std::begin(CLIENT_VARIABLES), std::end(CLIENT_VARIABLES),
-                       [a_p_variable](const char* a_p_beginning) {
-                           return std::strncmp(a_p_variable, a_p_beginning,
-                                               std::strlen(a_p_beginning)) == 0;
-                       });
+    return std::none_of(std::begin(KEPT_VARIABLES), std::end(KEPT_VARIABLES),
+                        [a_p_variable](const char* a_p_beginning) {
+                            return std::strncmp(a_p_variable, a_p_beginning,
+                                                std::strlen(a_p_beginning)) == 0;
+                        });
 }
 
-// What a client chose has no business in a shell.
-static void ForgetTheClient()
+static void ReduceEnvironment()
 {
     char** l_p_end = environ;
     while (*l_p_end != nullptr) {
         ++l_p_end;
     }
-    *std::remove_if(environ, l_p_end, IsClients) = nullptr;
-}
-
-// A child that kept the response pipe open would make the web server wait for killall before it
-// could finish the response. The streams are closed even if /dev/null is missing.
-static void LetGoOfStandardStreams()
-{
-    for (int l_i_stream = STDIN_FILENO; l_i_stream <= STDERR_FILENO; ++l_i_stream) {
-        close(l_i_stream);
-        open("/dev/null", O_RDWR); // gets the lowest free number: this one
-    }
+    *std::remove_if(environ, l_p_end, IsDropped) = nullptr;
 }
 
 static bool HasOneCore()
@@ -59,28 +45,26 @@ static bool HasOneCore()
 }
 
 // Waits for the handler to end, up to a limit. Returns false if the kernel does not support this.
-static bool WaitForTheHandler()
+static bool WaitFor(pid_t a_i_handler)
 {
 #ifdef SYS_pidfd_open
     constexpr int LONG_ENOUGH = 100; // milliseconds by which a slow client may delay the daemons
-    const pid_t l_i_handler = getppid();
-    if (l_i_handler == 1) {
-        return true; // it has ended, and init has adopted this child
-    }
-    pollfd l_c_end = {static_cast<int>(syscall(SYS_pidfd_open, l_i_handler, 0)), POLLIN, 0};
-    return l_c_end.fd >= 0 && poll(&l_c_end, 1, LONG_ENOUGH) >= 0;
+    pollfd l_c_end = {static_cast<int>(syscall(SYS_pidfd_open, a_i_handler, 0)), POLLIN, 0};
+    const bool l_b_ended = getppid() != a_i_handler; // another process may have its number by now
+    const bool l_b_waited = l_b_ended || (l_c_end.fd >= 0 && poll(&l_c_end, 1, LONG_ENOUGH) >= 0);
+    close(l_c_end.fd);
+    return l_b_waited;
 #else
     return false;
 #endif
 }
 
-// On a device's single core, the answer would otherwise queue behind two starting shells. On the
-// emulated device with a document of 64 KB, the answer was complete after 19.1 ms with four yields
-// alone, 9.3 ms with both children waiting, and 9.0 ms without children. A lower priority instead
-// would let helpers pile up. With several cores, shells and answer need not wait for each other.
-static void LetTheAnswerGoFirst()
+// On a device's single core, the answer would otherwise queue behind two starting shells. A lower
+// priority instead would let helpers pile up. With several cores, shells and answer need not wait
+// for each other.
+static void LetTheAnswerGoFirst(pid_t a_i_handler)
 {
-    if (!HasOneCore() || WaitForTheHandler()) {
+    if (!HasOneCore() || WaitFor(a_i_handler)) {
         return;
     }
     constexpr int YIELDS = 4; // enough for a small answer
@@ -89,20 +73,25 @@ static void LetTheAnswerGoFirst()
     }
 }
 
-[[noreturn]] static void BecomeShell(const char* a_p_command)
+[[noreturn]] static void BecomeShell(const char* a_p_command, pid_t a_i_handler)
 {
-    ForgetTheClient();
-    LetGoOfStandardStreams();
-    LetTheAnswerGoFirst();
+    CloseDescriptors(UINT_MAX); // those of the server that its programs inherit, too
+    LetTheAnswerGoFirst(a_i_handler);
+    for (int l_i_stream = STDIN_FILENO; l_i_stream <= STDERR_FILENO; ++l_i_stream) {
+        open("/dev/null", O_RDWR); // gets the lowest free number: this one
+    }
+    ReduceEnvironment();
     execlp("bash", "bash", "-c", a_p_command, static_cast<char*>(nullptr));
     std::exit(0);
 }
 
 void SignalPeers()
 {
+    const pid_t l_i_handler = getpid();
+    const cParkedStreams l_c_parked;
     for (const char* l_p_command : PEER_COMMANDS) {
         if (fork() == 0) {
-            BecomeShell(l_p_command);
+            BecomeShell(l_p_command, l_i_handler);
         }
     }
 }
