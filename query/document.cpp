@@ -1,6 +1,7 @@
 #include "document.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -13,13 +14,17 @@ namespace
 // inside a character, the step passes the terminating NUL by at most this many bytes.
 constexpr std::size_t LONGEST_STEP_TOO_FAR = 3;
 
+// Opens a file without waiting for the other end of a FIFO, but until a lease has been given back.
+int Open(const char* a_p_path)
+{
+    const int l_i_file = open(a_p_path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    return l_i_file < 0 && errno == EWOULDBLOCK ? open(a_p_path, O_RDONLY | O_CLOEXEC) : l_i_file;
+}
+
 class cOpenFile
 {
 public:
-    explicit cOpenFile(const std::string& a_s_path)
-        : m_i_file(open(a_s_path.c_str(), O_RDONLY | O_CLOEXEC))
-    {
-    }
+    explicit cOpenFile(const std::string& a_s_path) : m_i_file(Open(a_s_path.c_str())) {}
     ~cOpenFile() { close(m_i_file); }
     cOpenFile(const cOpenFile&) = delete;
     cOpenFile& operator=(const cOpenFile&) = delete;
@@ -60,19 +65,21 @@ void UnifyLineEnds(std::string& a_s_text)
 
 } // namespace
 
-bool cDocument::LoadFile(const std::string& a_s_path, TiXmlEncoding a_e_encoding)
+bool LoadDocument(TiXmlDocument& a_c_document, const std::string& a_s_path)
 {
+    a_c_document.SetTabSize(0); // no rows and columns
     std::string l_s_text = cOpenFile(a_s_path).Text();
     if (l_s_text.empty()) {
-        TiXmlDocument::LoadFile(a_s_path, a_e_encoding); // sets the error
+        a_c_document.LoadFile(a_s_path); // sets the error
     } else {
         UnifyLineEnds(l_s_text);
-        Clear();
-        SetValue(a_s_path);
-        Parse(l_s_text.c_str(), nullptr, a_e_encoding);
+        a_c_document.Clear();
+        a_c_document.SetValue(a_s_path);
+        a_c_document.Parse(l_s_text.c_str());
     }
-    if (RootElement() == nullptr) {
-        SetError(TIXML_ERROR_DOCUMENT_EMPTY, nullptr, nullptr, a_e_encoding); // unless one is set
+    if (a_c_document.RootElement() == nullptr) { // an error, unless one is set
+        a_c_document.SetError(TiXmlBase::TIXML_ERROR_DOCUMENT_EMPTY, nullptr, nullptr,
+                              TIXML_DEFAULT_ENCODING);
     }
-    return !Error();
+    return !a_c_document.Error();
 }

@@ -1,26 +1,20 @@
 #include "heap.h"
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <malloc.h>
 #include <new>
-#include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
+
+#include "arena.h"
 
 namespace
 {
 
-// Memory that a document's tree takes per byte of its text: 6 bytes on 32-bit ARM and 9 on x86-64,
-// as measured on device configurations, plus one to spare.
-constexpr std::uint64_t TREE_BYTES_PER_BYTE = 4 + sizeof(void*) * 3 / 4;
-
-// The block, and the part of it that has not been handed out.
-char* g_p_begin = nullptr;
-char* g_p_next = nullptr;
-char* g_p_end = nullptr;
+cArena g_c_arena;
+std::size_t g_u_longestPiece = 0; // that operator new takes from the arena
 
 // Has malloc keep the memory of the document's text when it is freed, so that what is made of the
 // tree finds pages that are already there. A higher limit would let long values leave large holes.
@@ -33,9 +27,23 @@ void KeepFreedText()
 #endif
 }
 
-std::size_t PageSize()
+// Memory that a tree takes per byte of the document: 6 bytes on 32-bit ARM and 9 on x86-64, as
+// measured on device configurations, plus one to spare.
+constexpr std::uint64_t USUAL_PER_BYTE = 4 + sizeof(void*) * 3 / 4;
+
+// More than the tree of any document takes. That of x<e/>x<e/>..., a text and an element for every
+// five bytes, takes 42 on 32-bit ARM and 66 on x86-64.
+constexpr std::uint64_t MOST_PER_BYTE = 12 * sizeof(void*);
+
+// Whether memory suffices for the program and for any document of that size.
+bool IsMemoryPlentiful(std::uint64_t a_u_documentSize)
 {
-    return static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    constexpr std::uint64_t PROGRAM = 4 << 20U;
+    rlimit l_c_limit = {};
+    const bool l_b_known = getrlimit(RLIMIT_AS, &l_c_limit) == 0;
+    const auto l_u_limit = std::min<std::uint64_t>(l_c_limit.rlim_cur, PTRDIFF_MAX);
+    return l_b_known && l_u_limit > PROGRAM &&
+           (l_u_limit - PROGRAM) / MOST_PER_BYTE > a_u_documentSize;
 }
 
 } // namespace
@@ -43,48 +51,32 @@ std::size_t PageSize()
 cTreeMemory::cTreeMemory(const std::string& a_s_documentPath)
 {
     KeepFreedText();
+    g_c_arena.Release();
     struct stat l_c_status = {};
-    if (g_p_begin != nullptr || stat(a_s_documentPath.c_str(), &l_c_status) != 0) {
-        return;
+    const bool l_b_there = stat(a_s_documentPath.c_str(), &l_c_status) == 0;
+    const auto l_u_size = static_cast<std::uint64_t>(l_c_status.st_size);
+    if (l_b_there && IsMemoryPlentiful(l_u_size)) {
+        g_c_arena.Reserve(static_cast<std::size_t>(l_u_size * USUAL_PER_BYTE));
+        g_u_longestPiece = 1024; // longer ones, which move as they grow, would leave long holes
     }
-    const std::size_t l_u_page = PageSize();
-    const auto l_u_tree = std::min<std::uint64_t>(
-        static_cast<std::uint64_t>(l_c_status.st_size) * TREE_BYTES_PER_BYTE, PTRDIFF_MAX / 2);
-    const auto l_u_size = static_cast<std::size_t>(l_u_tree) / l_u_page * l_u_page + l_u_page;
-    void* const l_p_block =
-        mmap(nullptr, l_u_size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (l_p_block == MAP_FAILED) {
-        return;
-    }
-    // With pages of 4 KiB, the page faults of a large tree take about as long as its parsing.
-    madvise(l_p_block, l_u_size, MADV_HUGEPAGE);
-    g_p_begin = g_p_next = static_cast<char*>(l_p_block);
-    g_p_end = g_p_begin + l_u_size;
 }
 
 cTreeMemory::~cTreeMemory()
 {
-    const std::size_t l_u_page = PageSize();
-    const std::size_t l_u_used =
-        (static_cast<std::size_t>(g_p_next - g_p_begin) + l_u_page - 1) / l_u_page * l_u_page;
-    char* const l_p_unused = g_p_begin + l_u_used;
-    munmap(l_p_unused, static_cast<std::size_t>(g_p_end - l_p_unused));
-    g_p_next = g_p_end = l_p_unused;
+    g_u_longestPiece = 0;
+    constexpr std::size_t WORTHWHILE = std::size_t{256} << 10U; // the time of a system call
+    g_c_arena.Trim(WORTHWHILE);
 }
 
 #if !KESTO_SANITIZE
 
-// Longer pieces come from malloc: the document's text and long values, which move as they grow,
-// would leave holes.
-constexpr std::size_t LONGEST_PIECE = 1024;
-
 void* operator new(std::size_t a_u_size)
 {
-    if (a_u_size <= LONGEST_PIECE && a_u_size <= static_cast<std::size_t>(g_p_end - g_p_next)) {
-        constexpr std::size_t ALIGNMENT = alignof(std::max_align_t);
-        void* const l_p_piece = g_p_next;
-        g_p_next += (std::max(a_u_size, std::size_t{1}) + ALIGNMENT - 1) / ALIGNMENT * ALIGNMENT;
-        return l_p_piece;
+    if (a_u_size - 1 < g_u_longestPiece) {
+        void* const l_p_piece = g_c_arena.Allocate(a_u_size);
+        if (l_p_piece != nullptr) {
+            return l_p_piece;
+        }
     }
     for (;;) {
         void* const l_p_piece = std::malloc(std::max(a_u_size, std::size_t{1}));
@@ -101,7 +93,7 @@ void* operator new(std::size_t a_u_size)
 
 void operator delete(void* a_p_piece) noexcept
 {
-    if (a_p_piece < g_p_begin || a_p_piece >= g_p_end) {
+    if (!g_c_arena.Holds(a_p_piece)) {
         std::free(a_p_piece);
     }
 }

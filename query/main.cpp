@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <cstring>
+#include <memory>
 #include <new>
 #include <optional>
 #include <string>
@@ -23,6 +24,8 @@ namespace
 
 constexpr int RESPONSE_WRITTEN = 0;
 
+using tDocument = std::unique_ptr<TiXmlDocument>;
+
 // Some servers pass the words of a query string without "=" (RFC 3875, 4.4), and anyone who looks
 // up the program's name in the process table would find it in those words.
 void BlankArguments(int a_i_count, char* a_p_arguments[])
@@ -32,43 +35,49 @@ void BlankArguments(int a_i_count, char* a_p_arguments[])
     }
 }
 
-// Loads the document; one that is too large for the available memory counts as unparsable.
-bool LoadConfigOnce(cDocument& a_c_document, const std::string& a_s_path, std::string& a_s_fault)
+// Only the tree is allocated in its memory: the fault, for one, outlives a failed document.
+bool LoadTree(TiXmlDocument& a_c_document, const std::string& a_s_path)
 {
     const cTreeMemory l_c_memory(a_s_path);
+    return LoadDocument(a_c_document, a_s_path);
+}
+
+// Loads the document; one that is too large for the available memory counts as unparsable. If it
+// cannot be loaded, deletes what there is of it, sets the fault and returns null.
+tDocument LoadConfigOnce(const std::string& a_s_path, std::string& a_s_fault)
+{
     const std::new_handler l_p_handler = std::set_new_handler(nullptr);
-    bool l_b_loaded = false;
+    auto l_p_document = std::make_unique<TiXmlDocument>();
     try {
-        l_b_loaded = a_c_document.LoadFile(a_s_path, TIXML_DEFAULT_ENCODING);
-        a_s_fault = a_c_document.ErrorDesc();
+        if (!LoadTree(*l_p_document, a_s_path)) {
+            a_s_fault = l_p_document->ErrorDesc();
+            l_p_document.reset();
+        }
     } catch (const std::bad_alloc&) {
-        a_c_document.Clear();
         a_s_fault = "Out of memory";
+        l_p_document.reset();
     }
     std::set_new_handler(l_p_handler);
-    return l_b_loaded;
+    return l_p_document;
 }
 
 // The configuration is rewritten in place while the device runs, so a document that does not parse
 // gets a second chance.
-bool LoadConfig(cDocument& a_c_document, const std::string& a_s_path)
+tDocument LoadConfig(const std::string& a_s_path)
 {
-    // Computing each node's row and column, which nobody reads, costs a pass over the whole text.
-    a_c_document.SetTabSize(0);
-
     std::string l_s_fault;
-    if (LoadConfigOnce(a_c_document, a_s_path, l_s_fault)) {
-        return true;
+    tDocument l_p_document = LoadConfigOnce(a_s_path, l_s_fault);
+    if (l_p_document == nullptr) {
+        syslog(LOG_ERR, "  main(): Failed to parse config (%s): %s. Retrying...", a_s_path.c_str(),
+               l_s_fault.c_str());
+        sleep(1);
+        l_p_document = LoadConfigOnce(a_s_path, l_s_fault);
     }
-    syslog(LOG_ERR, "  main(): Failed to parse config (%s): %s. Retrying...", a_s_path.c_str(),
-           l_s_fault.c_str());
-    sleep(1);
-    if (LoadConfigOnce(a_c_document, a_s_path, l_s_fault)) {
-        return true;
+    if (l_p_document == nullptr) {
+        syslog(LOG_ERR, "  main(): Unable to parse config file (%s): %s.", a_s_path.c_str(),
+               l_s_fault.c_str());
     }
-    syslog(LOG_ERR, "  main(): Unable to parse config file (%s): %s.", a_s_path.c_str(),
-           l_s_fault.c_str());
-    return false;
+    return l_p_document;
 }
 
 bool WriteResponse(const std::string& a_s_response)
@@ -105,11 +114,11 @@ int main(int a_i_count, char* a_p_arguments[])
         return NOT_ANSWERED;
     }
 
-    cDocument l_c_document;
     std::string l_s_response = ERROR_RESPONSE;
-    if (LoadConfig(l_c_document, l_s_configPath)) {
+    const tDocument l_p_document = LoadConfig(l_s_configPath);
+    if (l_p_document != nullptr) {
         l_s_response =
-            ComposeResponse(ExtractValues(l_c_document, std::move(l_c_request.GetData())));
+            ComposeResponse(ExtractValues(*l_p_document, std::move(l_c_request.GetData())));
     }
     bool l_b_written = WriteResponse(l_s_response);
     // Some servers end a program that keeps running after its answer, and the answer ends when

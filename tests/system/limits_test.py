@@ -34,6 +34,18 @@ class Memory(unittest.TestCase):
         self.addCleanup(harness.CONFIG.rmdir)
         self.assertEqual(post(b"k=v")[:2], (0, ERROR_ANSWER))
 
+    def test_no_document_is_refused_for_memory_it_does_not_need(self):
+        text = b"x" * (12 << 20)
+        install_config(b"<c><v>1</v><long>" + text + b"</long></c>")
+        self.assertEqual(post(b"k=v/text()"), (0, answer(k="1"), []))
+
+        whole = b"<c><v>1</v>" + b'<interface name="eth0"><mtu>1500</mtu></interface>\n' * 123000 + b"</c>"
+        install_config(whole[:-1])
+        process = harness.start("GET", "k=v/text()")
+        harness.wait_for(lambda: harness.errors(harness.LOG.take()))
+        install_config(whole)
+        self.assertEqual((process.communicate()[0], process.returncode), (answer(k="1"), 0))
+
     def test_little_memory_gives_no_wrong_answer(self):
         install_config(document(16))
 

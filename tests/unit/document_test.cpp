@@ -23,17 +23,19 @@ TEST(Document, LoadsOnlyWhole)
     for (std::size_t l_u_length = 0; l_u_length < l_s_text.size(); ++l_u_length) {
         std::ofstream("/run/path") << l_s_text.substr(0, l_u_length);
         const bool l_b_whole = l_u_length == l_s_text.size() - 1; // all but the last line end
-        EXPECT_EQ(cDocument().LoadFile("/run/path", TIXML_DEFAULT_ENCODING), l_b_whole) << l_u_length;
+        TiXmlDocument l_c_part;
+        EXPECT_EQ(LoadDocument(l_c_part, "/run/path"), l_b_whole) << l_u_length;
     }
 
-    // When the document is opened, the kernel asks for the lease back and blocks the open meanwhile.
+    // When the document is opened, the kernel asks for the lease back and blocks the open
+    // meanwhile.
     std::ofstream("/run/path") << "<c/>";
     std::ofstream("/run/new") << "<c><replaced/></c>";
     std::signal(SIGIO, ReplaceAndRelease);
     g_i_leased = open("/run/path", O_RDONLY);
     ASSERT_EQ(fcntl(g_i_leased, F_SETLEASE, F_WRLCK), 0);
-    cDocument l_c_document;
-    EXPECT_TRUE(l_c_document.LoadFile("/run/path", TIXML_DEFAULT_ENCODING)) << l_c_document.ErrorDesc();
+    TiXmlDocument l_c_document;
+    EXPECT_TRUE(LoadDocument(l_c_document, "/run/path")) << l_c_document.ErrorDesc();
     EXPECT_NE(l_c_document.RootElement()->FirstChild(), nullptr);
 }
 
