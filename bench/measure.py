@@ -12,8 +12,9 @@ BUILD = Path(__file__).resolve().parent.parent / "build" / "bench"
 BIN = BUILD / "measured"
 CONFIG = Path("/home/httpd/kestoconfig/conf/config.xml")
 QUICK = "--quick" in sys.argv
-# What `launch` reports about one run: times in milliseconds, peak memory in MB.
-Sample = namedtuple("Sample", "answered ended own everything peak")
+# What `launch` reports about one run: times in milliseconds, peak memory in MB. The answer ends with the end of file,
+# which may come after its last byte: child processes that hold the pipe delay it.
+Sample = namedtuple("Sample", "last_byte answered ended own everything peak")
 MULTIPART = "multipart/form-data; boundary=" + documents.BOUNDARY.decode()
 
 
@@ -33,9 +34,9 @@ def post(length, content_type=MULTIPART):
     return environment(REQUEST_METHOD="POST", CONTENT_LENGTH=str(length), CONTENT_TYPE=content_type)
 
 
-def launched(program, env, stdin=subprocess.DEVNULL):
+def launched(program, env, stdin=subprocess.DEVNULL, *options):
     """Starts a measured run; sample() collects its result."""
-    return subprocess.Popen([BIN / "launch", BIN / program], env=env, stdin=stdin, stdout=subprocess.PIPE)
+    return subprocess.Popen([BIN / "launch", BIN / program, *options], env=env, stdin=stdin, stdout=subprocess.PIPE)
 
 
 def sample(process):
@@ -43,7 +44,7 @@ def sample(process):
     *numbers, status = map(int, process.communicate()[0].split())
     if status != 0:
         sys.exit(f"{process.args[1]} failed with wait status {status}")
-    return Sample(*(n / 1000 for n in numbers[:4]), peak=numbers[4] / 1024)
+    return Sample(*(n / 1000 for n in numbers[:-1]), peak=numbers[-1] / 1024)
 
 
 def medians(cases, repeats):
@@ -59,7 +60,7 @@ def medians(cases, repeats):
 
 
 def request_medians(cases, repeats):
-    """medians() of requests without a body; each case is a program and its environment."""
+    """medians() of requests without a body; each case has the arguments of launched()."""
     return medians({name: lambda c=case: sample(launched(*c)) for name, case in cases.items()}, repeats)
 
 
