@@ -11,6 +11,8 @@ from harness import ERROR_ANSWER, LOG, PID_FILE, answer, errors, install_config,
 RETRYING = f"  main(): Failed to parse config ({harness.CONFIG}): Error reading end tag.. Retrying..."
 GIVING_UP = f"  main(): Unable to parse config file ({harness.CONFIG}): Error reading end tag.."
 
+ONE_CORE = "taskset", "-c", str(min(os.sched_getaffinity(0))), harness.QUERY
+
 
 class Flow(unittest.TestCase):
     def setUp(self):
@@ -56,24 +58,37 @@ class Flow(unittest.TestCase):
 
     def test_both_peers_get_a_signal_that_no_response_waits_for(self):
         killall = pathlib.Path("/tmp/killall")
-        killall.write_text('#!/bin/sh\nstreams=$(readlink /proc/$$/fd/[012])\necho $* $streams > /tmp/part.$3\n'
-                           'echo $HTTP_X $REQUEST_METHOD $SSL_X $REMOTE_HOST $SERVER_ADDR $PPID >> /tmp/part.$3\n'
+        killall.write_text("#!/bin/sh\necho $* $(readlink /proc/$$/fd/[0-29]) >/tmp/part.$3\n"
+                           "echo $(tr '\\0' '\\n' </proc/$$/environ | sort) $PPID >>/tmp/part.$3\n"
                            "mv /tmp/part.$3 /tmp/told.$3\nexec sleep 1000\n")
         killall.chmod(0o755)
+        seen = {"PATH": f"/tmp:{harness.PATH}", "TZ": "UTC", "LC_ALL": "C", "BASH_ENV": "/x",
+                "HTTP_X": "y", "LOCAL_URI": "/y", "LANGX": "y"}
 
         def check_told(parent):
             for name in ("brolvex", "tamsorin"):
                 told = pathlib.Path(f"/tmp/told.{name}")
                 harness.wait_for(told.exists)
-                self.assertRegex(told.read_text(), f"-q -USR2 {name} /dev/null /dev/null /dev/null\n80 {parent}\n$")
+                self.assertRegex(told.read_text(), f"^-q -USR2 {name} /dev/null /dev/null /dev/null\n"
+                                 f"LC_ALL=C PATH={seen['PATH']} PWD=\\S+ SHLVL=\\d TZ=UTC _=\\S+ {parent}\n$")
                 told.unlink()
-        seen = {"PATH": f"/tmp:{harness.PATH}", "HTTP_X": "y", "SSL_X": "y", "REMOTE_HOST": "y", "SERVER_ADDR": "80"}
         install_config(b"<c>" + b"<v/>" * (2000 if harness.EMULATOR else 20000) + b"</c>")  # outlasts a shell's start
-        one_core = "taskset", "-c", str(min(os.sched_getaffinity(0))), harness.QUERY
-        for method, status, command, parent in (("GET", 0, [harness.QUERY], r"\d+"), ("HEAD", 255, one_core, 1),
-                                                ("GET", 0, one_core, 1)):  # init: the handler has ended
-            self.assertEqual(request(method, command=command, **seen)[0], status)
-            check_told(parent)
-        process = harness.start("POST", CONTENT_LENGTH="5", command=one_core, **seen)
+        leaking = "sh", "-c", 'exec "$0" 9</dev/zero', harness.QUERY
+        for method, status, command, parent in (("GET", 0, leaking, r"\d+"), ("HEAD", 255, ONE_CORE, 1),
+                                                ("GET", 0, ONE_CORE, 1)):  # init: the handler has ended
+            with self.subTest(method, command=command):
+                self.assertEqual(request(method, command=command, **seen)[0], status)
+                check_told(parent)
+        process = harness.start("POST", CONTENT_LENGTH="5", command=ONE_CORE, **seen)
         check_told(process.pid)  # does not wait for the body
         self.assertEqual(process.communicate(b"a=//b")[0], answer(a=""))
+
+    @unittest.skipUnless(harness.OTHER_USERS, "only root may have the first shell keep the processor")
+    def test_no_child_that_waits_for_the_processor_holds_the_response(self):
+        bash, done = pathlib.Path("/tmp/bash"), pathlib.Path("/tmp/done")
+        bash.write_text(f"#!/bin/sh\nuntil [ -e {done} ]; do :; done\n")
+        bash.chmod(0o755)
+        self.addCleanup(done.touch)
+        command = "chrt", "-f", "1", *ONE_CORE  # so the second child does not run until the first shell ends
+        self.assertEqual(request("GET", "a=//mtu[. = 1500]/text()", command=command, PATH="/tmp:/usr/bin:/bin")[:2],
+                         (0, answer(a="1500")))

@@ -2,6 +2,7 @@
 import concurrent.futures
 import os
 import pathlib
+import subprocess
 import unittest
 
 import harness
@@ -66,8 +67,16 @@ class Memory(unittest.TestCase):
 class Process(unittest.TestCase):
     def test_processor_time(self):
         install_config()
-        outcome = post(b"k=//*[//*[//*[//*[//x]]]]", command=("prlimit", "--cpu=1:", QUERY))
-        self.assertEqual(outcome, (255, b"", ["  main(): Processor time is used up."]))
+        limited = "prlimit", "--cpu=1:", QUERY
+        used_up = 255, b"", ["  main(): Processor time is used up."]
+        self.assertEqual(post(b"k=//*[//*[//*[//*[//x]]]]", command=limited), used_up, "evaluating")
+        pathlib.Path("/tmp/sink").symlink_to("/dev/null")
+        header = pathlib.Path("/tmp/header")
+        header.write_bytes(b'--X\r\nname="f"; filename="sink"\r\n\r\n')
+        with harness.running(["cat", header, "/dev/zero"], stdout=subprocess.PIPE) as client:
+            parsing = post(None, MULTIPART, 1 << 62, stdin=client.stdout, command=limited)
+        client.stdout.close()
+        self.assertEqual(parsing, used_up, "parsing")
 
     def test_little_stack(self):
         install_config()
