@@ -10,7 +10,7 @@
 
 using TinyXPath::xpath_processor;
 
-static const char* const DOCUMENT = R"(<?xml version="1.0"?><!DOCTYPE c><!--top--><c xmlns:p="u" p:id="1">
+constexpr char DOCUMENT[] = R"(<?xml version="1.0"?><!DOCTYPE c><!--top--><c xmlns:p="u" p:id="1">
 <a n="1">one</a><p:a n="2"><?pi x?><![CDATA[t<o]]></p:a><a n="3"><!--in--><b/>ü&amp;"</a><!X></c>)";
 
 static std::string Value(const TiXmlDocument& a_c_document, const std::string& a_s_expression)
@@ -53,8 +53,9 @@ TEST(XPath, SelectsAndExtracts)
         EXPECT_EQ(Members(l_c_document, l_p_expression), l_p_members) << l_p_expression;
         EXPECT_EQ(Value(l_c_document, l_p_expression), l_p_value) << l_p_expression;
     }
-    for (const char* l_p_nothing : {"missing", "@xmlns:p", "//processing-instruction ( )", "count(a)", "'text'",
-                                    "a = 1", "", "a[", "a['", "$v", "f(a)", "processing-instruction("}) {
+    for (const char* l_p_nothing :
+         {"missing", "@xmlns:p", "//processing-instruction ( )", "count(a)", "'text'", "a = 1", "",
+          "a[", "a['", "$v", "f(a)", "processing-instruction("}) {
         EXPECT_EQ(Members(l_c_document, l_p_nothing), "") << l_p_nothing;
         EXPECT_EQ(Value(l_c_document, l_p_nothing), "") << l_p_nothing;
     }
@@ -66,7 +67,8 @@ TEST(XPath, SelectsAndExtracts)
     EXPECT_EQ(Value(l_c_document, "/"), "");
     TiXmlElement l_c_lone("lone");
     xpath_processor l_c_root(l_c_lone.InsertEndChild(TiXmlText("t"))->Parent(), "/*/..");
-    EXPECT_EQ(l_c_root.u_compute_xpath_node_set() == 1 ? l_c_root.XNp_get_xpath_node(0) : nullptr, &l_c_lone);
+    EXPECT_EQ(l_c_root.u_compute_xpath_node_set(), 1U);
+    EXPECT_EQ(l_c_root.XNp_get_xpath_node(0), &l_c_lone);
     EXPECT_EQ(xpath_processor(nullptr, "/").S_compute_xpath(), "");
     EXPECT_EQ(xpath_processor(nullptr, "/").XNp_get_xpath_node(0), nullptr);
 }
@@ -111,7 +113,8 @@ TEST(XPath, StandsADeepDocument)
     TiXmlDocument l_c_document;
     l_c_document.Parse(l_s_text.c_str());
     EXPECT_EQ(Value(l_c_document, "//e"), "<e>x</e>");
-    EXPECT_EQ(xpath_processor(l_c_document.RootElement(), "//e/ancestor::d").u_compute_xpath_node_set(), DEPTH);
+    xpath_processor l_c_processor(l_c_document.RootElement(), "//e/ancestor::d");
+    EXPECT_EQ(l_c_processor.u_compute_xpath_node_set(), DEPTH);
 }
 
 TEST(XPath, FailsOrAnswersRightWithoutAnAllocation)
@@ -121,8 +124,9 @@ TEST(XPath, FailsOrAnswersRightWithoutAnAllocation)
     l_c_document.RootElement()->SetAttribute(std::string(40000, 'n'), "1");
     setenv("REQUEST_METHOD", "GET", 1);
     setenv("QUERY_STRING",
-           "e=dns[/*/@*[last()][name()]]&p=//processing-instruction()|//mtu&"
-           "u=//dns/following::*/@*|//dns/following::text()&v=//ntp/following::*/@*|//ntp/following::*",
+           "e=dns[/*/@*[last()][name()]]&p=//processing-instruction()|//mtu"
+           "&u=//dns/following::*/@*|//dns/following::text()"
+           "&v=//ntp/following::*/@*|//ntp/following::*",
            1);
     const auto Answer = [&] {
         xpath_processor::forget_tree();
@@ -131,7 +135,7 @@ TEST(XPath, FailsOrAnswersRightWithoutAnAllocation)
         return ComposeResponse(ExtractValues(l_c_document, l_c_request.GetData()));
     };
     const std::string l_s_right = Answer();
-    EXPECT_NE(l_s_right.find(R"("u" : "true","v" : "<users>)"), std::string::npos) << "the first of many";
+    EXPECT_NE(l_s_right.find(R"("u" : "true","v" : "<users>)"), std::string::npos);
     int l_i_failed = 0;
     for (long l_i_allocation = 0; g_i_allocationsLeft < 0; ++l_i_allocation) {
         g_i_allocationsLeft = l_i_allocation;
@@ -148,7 +152,8 @@ TEST(XPath, FailsOrAnswersRightWithoutAnAllocation)
 TEST(Response, ComposesAndEscapes)
 {
     EXPECT_EQ(ComposeResponse({}), R"({"error" : false, "data" : {}})");
-    EXPECT_EQ(ComposeResponse({{"z\"", "\b\t\n\f\r\"/\\\x01\x7F\xFF."}, {"B", "<b>M\xC3\xBCller</b>"}, {"a", ""}}),
-              "{\"error\" : false, \"data\" : {\"B\" : \"<b>M\xC3\xBCller<\\/b>\",\"a\" : \"\","
-              "\"z\"\" : \"\\b\\t\\n\\f\\r\\\"\\/\\\\\x01\x7F\xFF.\"}}");
+    EXPECT_EQ(
+        ComposeResponse({{"z\"", "\b\t\n\f\r\"/\\\x01\x7F\xFF."}, {"B", "<b>ü</b>"}, {"a", ""}}),
+        "{\"error\" : false, \"data\" : {\"B\" : \"<b>ü<\\/b>\",\"a\" : \"\","
+        "\"z\"\" : \"\\b\\t\\n\\f\\r\\\"\\/\\\\\x01\x7F\xFF.\"}}");
 }
