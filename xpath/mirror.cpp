@@ -76,6 +76,23 @@ pugi::xml_node AppendCharacters(pugi::xml_node a_c_parent, pugi::xml_node_type a
     return l_c_copy;
 }
 
+// TinyXML keeps a processing instruction whole, as "?name content?".
+pugi::xml_node AppendInstruction(pugi::xml_node a_c_parent, const std::string& a_s_instruction)
+{
+    constexpr const char* WHITE_SPACE = " \t\r\n";
+    std::string l_s_content = a_s_instruction.substr(1);
+    if (!l_s_content.empty() && l_s_content.back() == '?') {
+        l_s_content.pop_back();
+    }
+    const std::string l_s_name = l_s_content.substr(0, l_s_content.find_first_of(WHITE_SPACE));
+    l_s_content.erase(0, l_s_content.find_first_not_of(WHITE_SPACE, l_s_name.size()));
+
+    pugi::xml_node l_c_copy = AppendChild(a_c_parent, pugi::node_pi);
+    Require(l_c_copy.set_name(l_s_name.c_str()));
+    Require(l_c_copy.set_value(l_s_content.c_str()));
+    return l_c_copy;
+}
+
 pugi::xml_node AppendCopy(pugi::xml_node a_c_parent, const TiXmlNode& a_c_node)
 {
     switch (a_c_node.Type()) {
@@ -86,7 +103,12 @@ pugi::xml_node AppendCopy(pugi::xml_node a_c_parent, const TiXmlNode& a_c_node)
     case TiXmlNode::TINYXML_COMMENT:
         return AppendCharacters(a_c_parent, pugi::node_comment, a_c_node);
     default:
-        return AppendChild(a_c_parent, pugi::node_pi);
+        if (a_c_node.ToUnknown() != nullptr && *a_c_node.Value() == '?') {
+            return AppendInstruction(a_c_parent, a_c_node.ValueStr());
+        }
+        // Only node() matches a DOCTYPE, but pugixml accepts none inside an element.
+        return AppendChild(a_c_parent, a_c_parent.type() == pugi::node_document ? pugi::node_doctype
+                                                                                : pugi::node_pi);
     }
 }
 

@@ -10,10 +10,10 @@ namespace TinyXPath
 
 /// A pugixml copy of a TinyXML tree, node for node, on which XPath can be evaluated.
 ///
-/// Elements, attributes, texts (including CDATA) and comments become their counterparts. All others
-/// (the declaration; what TinyXML calls unknown: DOCTYPE, processing instruction) become nameless,
-/// empty processing instructions: the only kind of node that pugixml accepts at any depth and that
-/// only node() and processing-instruction() match.
+/// Elements, attributes, texts (including CDATA), comments and processing instructions become their
+/// counterparts. Whatever else TinyXML loads (the declaration; what it calls unknown, as a DOCTYPE)
+/// becomes an empty DOCTYPE, which only node() matches, or inside an element, where pugixml accepts
+/// none, an empty processing instruction without a name.
 ///
 /// The tree is copied and walked without recursion, so its depth costs no stack.
 class cMirror

@@ -1,9 +1,7 @@
 #include "xpath_processor.h"
 
-#include <cstring>
 #include <new>
 #include <optional>
-#include <string_view>
 
 #include "mirror.h"
 
@@ -12,52 +10,6 @@ namespace TinyXPath
 
 namespace
 {
-
-constexpr std::string_view PI_TEST = "processing-instruction";
-constexpr std::string_view WHITE_SPACE = " \t\r\n";
-
-// The length of the empty pair of parentheses that the text begins with, including white space
-// before and inside it; 0 if it begins with anything else.
-std::size_t EmptyParenthesesLength(std::string_view a_s_text)
-{
-    const std::size_t l_u_open = a_s_text.find_first_not_of(WHITE_SPACE);
-    if (l_u_open == std::string_view::npos || a_s_text[l_u_open] != '(') {
-        return 0;
-    }
-    const std::size_t l_u_close = a_s_text.find_first_not_of(WHITE_SPACE, l_u_open + 1);
-    return l_u_close != std::string_view::npos && a_s_text[l_u_close] == ')' ? l_u_close + 1 : 0;
-}
-
-// A mirror holds processing instructions only in place of nodes that XPath must not treat as such.
-// They have no name, so a test that asks for a name, even an empty one, does not match them. A
-// longer name that ends in the word does not parse before parentheses, whatever they hold.
-std::string HideStandIns(std::string_view a_s_expression)
-{
-    if (a_s_expression.find(PI_TEST) == std::string_view::npos) {
-        return std::string(a_s_expression);
-    }
-    std::string l_s_hidden;
-    char l_i_quote = '\0'; // the opening quote of the current literal
-    while (!a_s_expression.empty()) {
-        const char l_i_byte = a_s_expression[0];
-        if (l_i_quote == '\0' && a_s_expression.substr(0, PI_TEST.size()) == PI_TEST) {
-            l_s_hidden += PI_TEST;
-            a_s_expression.remove_prefix(PI_TEST.size());
-            const std::size_t l_u_empty = EmptyParenthesesLength(a_s_expression);
-            l_s_hidden += l_u_empty == 0 ? "" : "('')";
-            a_s_expression.remove_prefix(l_u_empty);
-            continue;
-        }
-        if (l_i_quote == l_i_byte) {
-            l_i_quote = '\0';
-        } else if (l_i_quote == '\0' && (l_i_byte == '"' || l_i_byte == '\'')) {
-            l_i_quote = l_i_byte;
-        }
-        l_s_hidden += l_i_byte;
-        a_s_expression.remove_prefix(1);
-    }
-    return l_s_hidden;
-}
 
 // The engine gets its memory from operator new, which calls the program's new-handler when memory
 // runs out; the engine itself would carry on and report it only at the end. No exception may pass
@@ -100,7 +52,7 @@ bool xpath_processor::sEvaluation::Prepare()
     }
     pugi::set_memory_management_functions(Allocate, Release);
     try {
-        m_c_query.emplace(HideStandIns(m_s_expression).c_str());
+        m_c_query.emplace(m_s_expression.c_str());
         m_p_mirror = cMirror::Of(*m_p_node);
         m_c_context = m_p_mirror->Counterpart(*m_p_node);
     } catch (const pugi::xpath_exception&) {

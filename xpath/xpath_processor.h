@@ -14,7 +14,9 @@ namespace TinyXPath
 /// selected according to XPath 1.0 from the tree as TinyXML loaded it:
 ///   - names are compared as written, prefix included; namespace declarations are not attributes;
 ///   - every text and every CDATA section is a separate text node;
-///   - the declaration and unknown nodes (DOCTYPE, processing instruction) match node() only;
+///   - node() also matches the declaration, a DOCTYPE and whatever else TinyXML calls unknown;
+///     inside an element, where XML allows none of them, so does processing-instruction();
+///   - a processing instruction whose name begins with "xml" counts as a declaration;
 ///   - positions and lengths in strings count bytes;
 ///   - variables, the namespace axis and id() are not available.
 ///
