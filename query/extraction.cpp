@@ -54,6 +54,10 @@ static std::string ExtractValue(const TiXmlDocument& a_c_document, const char* a
 std::map<std::string, std::string> ExtractValues(const TiXmlDocument& a_c_document,
                                                  std::map<std::string, std::string> a_m_query)
 {
+    TinyXPath::xpath_processor l_c_keeper(a_c_document.RootElement(), "/");
+    if (!a_m_query.empty()) {
+        l_c_keeper.u_compute_xpath_node_set(); // makes the copy of the tree that the others share
+    }
     for (auto& l_c_entry : a_m_query) {
         std::string& l_s_text = l_c_entry.second;
         l_s_text = ExtractValue(a_c_document, l_s_text.c_str());

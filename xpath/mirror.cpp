@@ -11,34 +11,6 @@ namespace TinyXPath
 namespace
 {
 
-// The mirror requested last, and what is needed to tell whether its tree is still the same.
-struct sKept
-{
-    std::shared_ptr<const cMirror> m_p_mirror;
-    const TiXmlNode* m_p_top = nullptr;
-    const TiXmlNode* m_p_marked = nullptr;
-    const TiXmlNode* m_p_last = nullptr;
-};
-
-sKept& Kept()
-{
-    static sKept s_c_kept;
-    return s_c_kept;
-}
-
-// The mark of a node: an address inside the node itself, where no application data can be.
-void* MarkOf(const TiXmlNode& a_c_node)
-{
-    // NOLINTNEXTLINE: never followed
-    return const_cast<char*>(reinterpret_cast<const char*>(&a_c_node)) + 1;
-}
-
-// User data is not part of the document; the document itself remains unchanged.
-void Mark(const TiXmlNode& a_c_node)
-{
-    const_cast<TiXmlNode&>(a_c_node).SetUserData(MarkOf(a_c_node)); // NOLINT
-}
-
 void Require(bool a_b_stored)
 {
     if (!a_b_stored) {
@@ -220,38 +192,17 @@ cMirror::cMirror(const TiXmlNode& a_c_top) : m_p_top(&a_c_top)
 std::shared_ptr<const cMirror> cMirror::Of(const TiXmlNode& a_c_node)
 {
     const TiXmlNode* l_p_top = &a_c_node;
-    const TiXmlNode* l_p_below = a_c_node.FirstChild();
     while (l_p_top->Parent() != nullptr) {
-        l_p_below = l_p_top;
         l_p_top = l_p_top->Parent();
     }
 
-    sKept& l_c_kept = Kept();
-    const void* l_p_mark = l_p_below == nullptr ? nullptr : l_p_below->GetUserData();
-    const bool l_b_marked = l_p_below != nullptr && l_p_mark == MarkOf(*l_p_below);
-    const bool l_b_same = l_b_marked && l_c_kept.m_p_mirror != nullptr &&
-                          l_c_kept.m_p_marked == l_p_below && l_c_kept.m_p_top == l_p_top &&
-                          l_c_kept.m_p_last == l_p_top->LastChild();
-    if (l_b_same) {
-        return l_c_kept.m_p_mirror;
-    }
-
-    // A copy of the last mirrored tree carries that tree's mark.
-    const bool l_b_free =
-        l_b_marked || l_p_mark == nullptr ||
-        (l_c_kept.m_p_marked != nullptr && l_p_mark == MarkOf(*l_c_kept.m_p_marked));
-    Forget();
-    auto l_p_mirror = std::make_shared<const cMirror>(*l_p_top);
-    if (l_p_below != nullptr && l_b_free) {
-        Mark(*l_p_below);
-        l_c_kept = {l_p_mirror, l_p_top, l_p_below, l_p_top->LastChild()};
+    static std::weak_ptr<const cMirror> s_p_latest;
+    std::shared_ptr<const cMirror> l_p_mirror = s_p_latest.lock();
+    if (l_p_mirror == nullptr || l_p_mirror->m_p_top != l_p_top) {
+        l_p_mirror = std::make_shared<const cMirror>(*l_p_top);
+        s_p_latest = l_p_mirror;
     }
     return l_p_mirror;
-}
-
-void cMirror::Forget()
-{
-    Kept() = {};
 }
 
 pugi::xml_node cMirror::Counterpart(const TiXmlNode& a_c_node) const

@@ -19,17 +19,10 @@ namespace TinyXPath
 class cMirror
 {
 public:
-    /// The mirror of the tree that contains a_c_node. The mirror requested last is kept and
-    /// returned again for as long as the tree is the same. To recognise the tree, the top-level
-    /// node above a_c_node is marked in its user data with its own address: a newly loaded node has
-    /// no mark, and a copy has its source's. If an application keeps data of its own there, every
-    /// call makes a new mirror instead.
-    /// A node edited in place is not noticed: call Forget() after editing.
-    /// Throws std::bad_alloc.
+    /// The mirror of the tree that contains a_c_node: the one returned last if it is of that tree
+    /// and still in use, otherwise a new one. Its user keeps the tree as it is; this is why the
+    /// address of the tree's top node identifies it. Throws std::bad_alloc.
     static std::shared_ptr<const cMirror> Of(const TiXmlNode& a_c_node);
-
-    /// Drops the kept mirror.
-    static void Forget();
 
     /// Copies the tree rooted at a_c_top. Throws std::bad_alloc.
     explicit cMirror(const TiXmlNode& a_c_top);

@@ -125,9 +125,4 @@ std::string xpath_processor::S_compute_xpath()
                               : std::string();
 }
 
-void xpath_processor::forget_tree()
-{
-    cMirror::Forget();
-}
-
 } // namespace TinyXPath

@@ -25,9 +25,11 @@ namespace TinyXPath
 /// must not look like an empty result. All memory comes from operator new, so a new-handler that
 /// ends the process spares it the rest of an evaluation that can no longer have a result.
 ///
-/// Evaluation needs a copy of the tree, which is made once and shared by all processors on the same
-/// tree until the tree is reloaded or copied. If a tree is edited in place, even before its first
-/// processor, forget_tree() must be called. The tree must outlive its processors. Not thread-safe.
+/// Evaluation needs a copy of the tree. The first processor that evaluates makes it, and the others
+/// on that tree share it as long as one of them lives: keep one to evaluate many expressions. If
+/// processors on several trees take turns, only those on the latest tree share its copy.
+///
+/// While a processor exists, its tree must not be edited, reloaded or destroyed. Not thread-safe.
 class xpath_processor
 {
 public:
@@ -49,9 +51,6 @@ public:
     /// The result of the expression, converted as by string(): for a node set, the string value of
     /// its first member in document order.
     std::string S_compute_xpath();
-
-    /// Drops what is known about the tree evaluated last; the next processor examines it again.
-    static void forget_tree();
 
 private:
     struct sEvaluation;
