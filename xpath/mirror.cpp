@@ -84,39 +84,18 @@ pugi::xml_node AppendCopy(pugi::xml_node a_c_parent, const TiXmlNode& a_c_node)
     }
 }
 
-// The same names for both kinds of tree.
-const TiXmlNode* Parent(const TiXmlNode* a_p_node)
+// A node of TinyXML's with pugixml's names for the ways from it.
+struct sNode
 {
-    return a_p_node->Parent();
-}
-const TiXmlNode* Previous(const TiXmlNode* a_p_node)
-{
-    return a_p_node->PreviousSibling();
-}
-const TiXmlNode* Next(const TiXmlNode* a_p_node)
-{
-    return a_p_node->NextSibling();
-}
-const TiXmlNode* FirstChild(const TiXmlNode* a_p_node)
-{
-    return a_p_node->FirstChild();
-}
-pugi::xml_node Parent(pugi::xml_node a_c_node)
-{
-    return a_c_node.parent();
-}
-pugi::xml_node Previous(pugi::xml_node a_c_node)
-{
-    return a_c_node.previous_sibling();
-}
-pugi::xml_node Next(pugi::xml_node a_c_node)
-{
-    return a_c_node.next_sibling();
-}
-pugi::xml_node FirstChild(pugi::xml_node a_c_node)
-{
-    return a_c_node.first_child();
-}
+    const TiXmlNode* m_p_node;
+
+    sNode parent() const { return {m_p_node->Parent()}; }
+    sNode previous_sibling() const { return {m_p_node->PreviousSibling()}; }
+    sNode next_sibling() const { return {m_p_node->NextSibling()}; }
+    sNode first_child() const { return {m_p_node->FirstChild()}; }
+    explicit operator bool() const { return m_p_node != nullptr; }
+    bool operator!=(sNode a_c_other) const { return m_p_node != a_c_other.m_p_node; }
+};
 
 // The node at the same place below a_c_otherTop as a_c_node below a_c_top, or a null node if the
 // other tree has no such place.
@@ -124,9 +103,10 @@ template<class tNode, class tOther>
 tOther SamePlace(tNode a_c_node, tNode a_c_top, tOther a_c_otherTop)
 {
     std::vector<unsigned> l_v_places; // among its siblings, from the node upwards
-    for (; a_c_node && a_c_node != a_c_top; a_c_node = Parent(a_c_node)) {
+    for (; a_c_node && a_c_node != a_c_top; a_c_node = a_c_node.parent()) {
         unsigned l_u_place = 0;
-        for (tNode l_c_before = Previous(a_c_node); l_c_before; l_c_before = Previous(l_c_before)) {
+        for (tNode l_c_before = a_c_node.previous_sibling(); l_c_before;
+             l_c_before = l_c_before.previous_sibling()) {
             ++l_u_place;
         }
         l_v_places.push_back(l_u_place);
@@ -135,9 +115,9 @@ tOther SamePlace(tNode a_c_node, tNode a_c_top, tOther a_c_otherTop)
     tOther l_c_found = a_c_otherTop;
     for (auto l_c_place = l_v_places.rbegin(); l_c_place != l_v_places.rend() && l_c_found;
          ++l_c_place) {
-        l_c_found = FirstChild(l_c_found);
+        l_c_found = l_c_found.first_child();
         for (unsigned l_u_skip = *l_c_place; l_u_skip != 0 && l_c_found; --l_u_skip) {
-            l_c_found = Next(l_c_found);
+            l_c_found = l_c_found.next_sibling();
         }
     }
     return l_c_found;
@@ -207,7 +187,7 @@ std::shared_ptr<const cMirror> cMirror::Of(const TiXmlNode& a_c_node)
 
 pugi::xml_node cMirror::Counterpart(const TiXmlNode& a_c_node) const
 {
-    return SamePlace(&a_c_node, m_p_top, m_c_top);
+    return SamePlace(sNode{&a_c_node}, sNode{m_p_top}, m_c_top);
 }
 
 pugi::xpath_node cMirror::First(const pugi::xpath_node_set& a_c_nodes) const
@@ -244,7 +224,7 @@ pugi::xpath_node cMirror::First(const pugi::xpath_node_set& a_c_nodes) const
 
 const TiXmlNode* cMirror::Original(pugi::xml_node a_c_node) const
 {
-    return a_c_node == m_c_tree ? m_p_top : SamePlace(a_c_node, m_c_top, m_p_top);
+    return a_c_node == m_c_tree ? m_p_top : SamePlace(a_c_node, m_c_top, sNode{m_p_top}).m_p_node;
 }
 
 } // namespace TinyXPath
