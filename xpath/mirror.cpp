@@ -18,6 +18,16 @@ void Require(bool a_b_stored)
     }
 }
 
+// With its length, pugixml need not measure the value first; before 1.13 it always does.
+template<class tPart> void SetValue(tPart a_c_part, const std::string& a_s_value)
+{
+#if PUGIXML_VERSION >= 1130
+    Require(a_c_part.set_value(a_s_value.c_str(), a_s_value.size()));
+#else
+    Require(a_c_part.set_value(a_s_value.c_str()));
+#endif
+}
+
 pugi::xml_node AppendChild(pugi::xml_node a_c_parent, pugi::xml_node_type a_e_type)
 {
     const pugi::xml_node l_c_child = a_c_parent.append_child(a_e_type);
@@ -32,10 +42,10 @@ pugi::xml_node AppendElement(pugi::xml_node a_c_parent, const TiXmlElement& a_c_
     for (const TiXmlAttribute* l_p_attribute = a_c_element.FirstAttribute();
          l_p_attribute != nullptr; l_p_attribute = l_p_attribute->Next()) {
         const char* const l_p_name = l_p_attribute->Name();
-        pugi::xml_attribute l_c_attribute = l_c_copy.append_attribute(l_p_name);
+        const pugi::xml_attribute l_c_attribute = l_c_copy.append_attribute(l_p_name);
         // If there is no memory for its name, the attribute is added all the same, without a name.
-        Require(*l_c_attribute.name() == *l_p_name &&
-                l_c_attribute.set_value(l_p_attribute->Value()));
+        Require(*l_c_attribute.name() == *l_p_name);
+        SetValue(l_c_attribute, l_p_attribute->ValueStr());
     }
     return l_c_copy;
 }
@@ -43,8 +53,8 @@ pugi::xml_node AppendElement(pugi::xml_node a_c_parent, const TiXmlElement& a_c_
 pugi::xml_node AppendCharacters(pugi::xml_node a_c_parent, pugi::xml_node_type a_e_type,
                                 const TiXmlNode& a_c_node)
 {
-    pugi::xml_node l_c_copy = AppendChild(a_c_parent, a_e_type);
-    Require(l_c_copy.set_value(a_c_node.Value()));
+    const pugi::xml_node l_c_copy = AppendChild(a_c_parent, a_e_type);
+    SetValue(l_c_copy, a_c_node.ValueStr());
     return l_c_copy;
 }
 
@@ -61,7 +71,7 @@ pugi::xml_node AppendInstruction(pugi::xml_node a_c_parent, const std::string& a
 
     pugi::xml_node l_c_copy = AppendChild(a_c_parent, pugi::node_pi);
     Require(l_c_copy.set_name(l_s_name.c_str()));
-    Require(l_c_copy.set_value(l_s_content.c_str()));
+    SetValue(l_c_copy, l_s_content);
     return l_c_copy;
 }
 
