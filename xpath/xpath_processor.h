@@ -10,15 +10,21 @@ namespace TinyXPath
 
 /// Evaluates one XPath 1.0 expression on a TinyXML tree.
 ///
-/// The interface is that of the TinyXPath library, so that programs compile with either. Nodes are
-/// selected according to XPath 1.0 from the tree as TinyXML loaded it:
+/// The interface is the part of the TinyXPath library's that the handler calls. Nodes are selected
+/// according to XPath 1.0 from the tree as TinyXML loaded it:
 ///   - names are compared as written, prefix included; namespace declarations are not attributes;
 ///   - every text and every CDATA section is a separate text node;
 ///   - node() also matches the declaration, a DOCTYPE and whatever else TinyXML calls unknown;
 ///     inside an element, where XML allows none of them, so does processing-instruction();
-///   - a processing instruction whose name begins with "xml" counts as a declaration;
-///   - positions and lengths in strings count bytes;
-///   - variables, the namespace axis and id() are not available.
+///   - a processing instruction whose name begins with "xml" counts as a declaration.
+/// The engine differs from XPath 1.0 in that
+///   - string-length(), substring() and translate() work on bytes;
+///   - a relational comparison of a node set with a boolean compares numbers;
+///   - lang() is false for an attribute;
+///   - id() and the namespace axis select nothing, and an expression with a variable does not
+///     parse;
+///   - an expression of more than about a thousand operators, steps and predicates does not parse:
+///     512 comparisons joined by "or" are too many.
 ///
 /// Anything that cannot be computed (an expression that does not parse, no starting node) has an
 /// empty result. Every operation may throw std::bad_alloc, and nothing else: running out of memory

@@ -11,7 +11,7 @@
 
 using TinyXPath::xpath_processor;
 
-constexpr char DOCUMENT[] = R"(<?xml version="1.0"?><!DOCTYPE c><?p?><c xmlns:p="u" p:id="1">
+constexpr char DOCUMENT[] = R"(<?xml version="1.0"?><!DOCTYPE c><?p?><c xmlns:p="u" xml:lang="e">
 <a n="1">one</a><p:a n="2"><?pi x?><![CDATA[t<o]]></p:a><a n="3"><!--in--><b/>ü&amp;"</a><!X></c>)";
 
 static std::string Value(const TiXmlDocument& a_c_document, const std::string& a_s_expression)
@@ -56,9 +56,9 @@ TEST(XPath, SelectsAndExtracts)
         EXPECT_EQ(Members(l_c_document, l_p_expression), l_p_members) << l_p_expression;
         EXPECT_EQ(Value(l_c_document, l_p_expression), l_p_value) << l_p_expression;
     }
-    for (const char* l_p_nothing :
-         {"missing", "@xmlns:p", "processing-instruction('')", "count(a)", "'text'", "a = 1", "",
-          "a[", "a['", "$v", "f(a)"}) {
+    for (const char* l_p_nothing : {"missing", "@xmlns:p", "processing-instruction('')", "count(a)",
+                                    "'text'", "a = 1", "", "a[", "a['", "$v", "f(a)", "id('1')",
+                                    "namespace::p", "a[b > false()]", "a/@n[lang('e')]"}) {
         EXPECT_EQ(Members(l_c_document, l_p_nothing), "") << l_p_nothing;
         EXPECT_EQ(Value(l_c_document, l_p_nothing), "") << l_p_nothing;
     }
