@@ -128,6 +128,6 @@ int main(int a_i_count, char* a_p_arguments[])
     if (!l_b_written) {
         syslog(LOG_ERR, "  main(): Unable to write response.");
     }
-    // Ending the process frees the trees faster than their destructors would.
+    // Ending the process frees the tree faster than its destructor would.
     _exit(l_b_written ? RESPONSE_WRITTEN : NOT_ANSWERED);
 }

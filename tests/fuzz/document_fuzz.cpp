@@ -17,8 +17,8 @@ static unsigned Count(const TiXmlNode* a_p_node)
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* a_p_data, std::size_t a_u_size)
 {
     std::ofstream("/tmp/document") << std::string(a_p_data, a_p_data + a_u_size);
-    cDocument l_c_document;
-    if (l_c_document.LoadFile("/tmp/document", TIXML_DEFAULT_ENCODING)) {
+    TiXmlDocument l_c_document;
+    if (LoadDocument(l_c_document, "/tmp/document")) {
         ExtractValues(l_c_document, {{"a", "/"}, {"b", "(//@*)[last()]"}});
         TinyXPath::xpath_processor l_c_processor(l_c_document.RootElement(), "//node()");
         if (l_c_processor.u_compute_xpath_node_set() != Count(l_c_document.FirstChild())) {
