@@ -8,8 +8,9 @@ import unittest
 import harness
 from harness import ERROR_ANSWER, LOG, PID_FILE, answer, errors, install_config, request
 
-RETRYING = f"  main(): Failed to parse config ({harness.CONFIG}): Error reading end tag.. Retrying..."
-GIVING_UP = f"  main(): Unable to parse config file ({harness.CONFIG}): Error reading end tag.."
+FAULT = f"({harness.CONFIG}): Error reading end tag.."
+RETRYING = f"  main(): Failed to parse config {FAULT} Retrying..."
+GIVING_UP = f"  main(): Unable to parse config file {FAULT}"
 
 ONE_CORE = "taskset", "-c", str(min(os.sched_getaffinity(0))), harness.QUERY
 
@@ -19,33 +20,48 @@ class Flow(unittest.TestCase):
         install_config()
 
     def test_answers_and_only_logs_a_live_duplicate(self):
-        live, other = (self.enterContext(harness.running([shutil.copy("/bin/sleep", "/home/" + name), "1000"])).pid
-                       for name in ("query", "other"))
-        met = [(3, f"  cPidFile::cPidFile(): Found another instance of process running (PROCESS: query, PID: {live})")]
+        names = "query", "other"
+        sleeping = ([shutil.copy("/bin/sleep", f"/home/{name}"), "1000"] for name in names)
+        live, other = (self.enterContext(harness.running(command)).pid for command in sleeping)
+        met = [(3, "  cPidFile::cPidFile(): Found another instance of process running "
+                f"(PROCESS: query, PID: {live})")]
         written = [(5, "  cPidFile::WriteFile(): Writing pid PID to pidfile '/var/run/query.pid'")]
-        for stored, logged in (("", written), ("9" * 20, written), ("4194305", written), (str(other), written),
-                               (f"  {live}abc rest", met), ("word", []), ("0", []), ("\n", [])):
+        for stored, logged in (("", written), ("9" * 20, written), ("4194305", written),
+                               (str(other), written), (f"  {live}abc rest", met), ("word", []),
+                               ("0", []), ("\n", []), ("-5", []), (" " * 60 + str(other), [])):
             PID_FILE.write_text(stored)
             status, output, log = request("GET", "b=dns/server[2]/@priority&a=//hostname/text()")
-            self.assertEqual((status, output), (0, answer(a="gateway-7", b="2")))
-            self.assertEqual([(level, re.sub(r"pid \d+", "pid PID", text)) for level, text in log], logged, stored)
-            self.assertEqual(PID_FILE.exists() and PID_FILE.read_text(), logged is not written and stored)
+            self.assertEqual((status, output), (0, answer(a="gateway-7", b="2")), stored)
+            log = [(level, re.sub(r"pid \d+", "pid PID", text)) for level, text in log]
+            self.assertEqual(log, logged, stored)
+            left = PID_FILE.exists() and PID_FILE.read_text()
+            self.assertEqual(left, logged is not written and stored)
+        PID_FILE.unlink()
+        os.mkfifo(PID_FILE)
+        self.assertEqual(request(), (0, answer(), []))
+        self.assertTrue(PID_FILE.is_fifo())
         PID_FILE.unlink()
         self.assertEqual(request()[:2], (0, answer()))
 
     def test_failed_requests_write_nothing(self):
         for method in ("HEAD", "Get", ""):
-            self.assertEqual(request(method, "a=/"), (255, b"", [(3, "  main(): CGI parse failed.")]))
+            refused = 255, b"", [(3, "  main(): CGI parse failed.")]
+            self.assertEqual(request(method, "a=/"), refused, method)
         harness.CONFIG.unlink()
         status, output, log = request("GET", "a=/")
-        self.assertEqual((status, output), (255, b""))
-        self.assertEqual(errors(log), [f"  main(): Config file ({harness.CONFIG}) is missing or not readable."])
+        missing = f"  main(): Config file ({harness.CONFIG}) is missing or not readable."
+        self.assertEqual((status, output, errors(log)), (255, b"", [missing]))
         self.assertFalse(PID_FILE.exists())
 
     def test_broken_document_gets_a_second_chance(self):
         install_config(b"<c><v>1</c>")
         status, output, log = request("GET", "a=v")
         self.assertEqual((status, output, errors(log)), (0, ERROR_ANSWER, [RETRYING, GIVING_UP]))
+        harness.CONFIG.unlink()
+        os.mkfifo(harness.CONFIG)
+        self.assertEqual(request("GET", "a=v")[:2], (0, ERROR_ANSWER))
+        harness.CONFIG.unlink()
+        install_config(b"<c><v>1</c>")
 
         process = harness.start("GET", "a=v/@of")
         harness.wait_for(lambda: RETRYING in errors(LOG.take()))
@@ -69,13 +85,17 @@ class Flow(unittest.TestCase):
             for name in ("brolvex", "tamsorin"):
                 told = pathlib.Path(f"/tmp/told.{name}")
                 harness.wait_for(told.exists)
-                self.assertRegex(told.read_text(), f"^-q -USR2 {name} /dev/null /dev/null /dev/null\n"
-                                 f"LC_ALL=C PATH={seen['PATH']} PWD=\\S+ SHLVL=\\d TZ=UTC _=\\S+ {parent}\n$")
+                kept = f"LC_ALL=C PATH={seen['PATH']} PWD=\\S+ SHLVL=\\d TZ=UTC _=\\S+"
+                streams = "/dev/null /dev/null /dev/null"
+                self.assertRegex(told.read_text(),
+                                 f"^-q -USR2 {name} {streams}\n{kept} {parent}\n$")
                 told.unlink()
-        install_config(b"<c>" + b"<v/>" * (2000 if harness.EMULATOR else 20000) + b"</c>")  # outlasts a shell's start
+        # Loading it outlasts the start of a shell.
+        install_config(b"<c>" + b"<v/>" * (2000 if harness.EMULATOR else 20000) + b"</c>")
         leaking = "sh", "-c", 'exec "$0" 9</dev/zero', harness.QUERY
-        for method, status, command, parent in (("GET", 0, leaking, r"\d+"), ("HEAD", 255, ONE_CORE, 1),
-                                                ("GET", 0, ONE_CORE, 1)):  # init: the handler has ended
+        for method, status, command, parent in (
+                ("GET", 0, leaking, r"\d+"), ("HEAD", 255, ONE_CORE, 1),
+                ("GET", 0, ONE_CORE, 1)):  # init: the handler has ended
             with self.subTest(method, command=command):
                 self.assertEqual(request(method, command=command, **seen)[0], status)
                 check_told(parent)
@@ -83,12 +103,13 @@ class Flow(unittest.TestCase):
         check_told(process.pid)  # does not wait for the body
         self.assertEqual(process.communicate(b"a=//b")[0], answer(a=""))
 
-    @unittest.skipUnless(harness.OTHER_USERS, "only root may have the first shell keep the processor")
+    @unittest.skipUnless(harness.OTHER_USERS, "only root may have a shell keep the processor")
     def test_no_child_that_waits_for_the_processor_holds_the_response(self):
         bash, done = pathlib.Path("/tmp/bash"), pathlib.Path("/tmp/done")
         bash.write_text(f"#!/bin/sh\nuntil [ -e {done} ]; do :; done\n")
         bash.chmod(0o755)
         self.addCleanup(done.touch)
-        command = "chrt", "-f", "1", *ONE_CORE  # so the second child does not run until the first shell ends
-        self.assertEqual(request("GET", "a=//mtu[. = 1500]/text()", command=command, PATH="/tmp:/usr/bin:/bin")[:2],
-                         (0, answer(a="1500")))
+        # The second child does not run until the first one, by then a shell, ends.
+        response = request("GET", "a=//mtu[. = 1500]/text()", PATH="/tmp:/usr/bin:/bin",
+                           command=("chrt", "-f", "1", *ONE_CORE))
+        self.assertEqual(response[:2], (0, answer(a="1500")))

@@ -14,7 +14,7 @@ import time
 CGI_FOLDER = pathlib.Path("/usr/lib/cgi-bin")
 QUERY = CGI_FOLDER / "query"
 EMULATOR = os.environ.get("KESTO_EMULATOR")  # runs the programs, if this machine cannot
-BOUNDED = not EMULATOR and os.environ.get("KESTO_SANITIZE") != "ON"  # whether the program bounds its memory
+LIMITED = not EMULATOR and os.environ.get("KESTO_SANITIZE") != "ON"  # the handler's memory
 CONFIG = pathlib.Path("/home/httpd/kestoconfig/conf/config.xml")
 EXAMPLES = pathlib.Path(os.environ["KESTO_SOURCE"], "examples")
 PATH = os.environ["PATH"] + ":/usr/sbin"  # where servers are installed
@@ -23,7 +23,8 @@ JSON_HEADER = b"Content-type: application/json\r\n\r\n"
 ERROR_ANSWER = JSON_HEADER + b'{"error" : true, "data" : {}}'
 PID_FILE = pathlib.Path("/run/query.pid")
 # Whether root in this sandbox is also root outside and can become other users.
-OTHER_USERS = any(line.split()[2] != "1" for line in pathlib.Path("/proc/self/uid_map").read_text().splitlines())
+UID_MAP = pathlib.Path("/proc/self/uid_map").read_text().splitlines()
+OTHER_USERS = any(line.split()[2] != "1" for line in UID_MAP)
 
 
 class SystemLog:
@@ -66,7 +67,8 @@ def install_config(text=None):
 
 def start(method="GET", query="", stdin=subprocess.PIPE, command=(QUERY,), **environment):
     """Starts the handler as a web server would, with nothing else in its environment."""
-    environment = {"PATH": os.environ["PATH"], "REQUEST_METHOD": method, "QUERY_STRING": query, **environment}
+    environment = {"PATH": os.environ["PATH"], "REQUEST_METHOD": method, "QUERY_STRING": query,
+                   **environment}
     return subprocess.Popen(command, stdin=stdin, stdout=subprocess.PIPE, env=environment)
 
 
@@ -96,7 +98,7 @@ def answer(**values):
 
 
 def wait_for(condition):
-    """Waits until the condition holds and returns its value. The time limit only turns a hang into a failure."""
+    """Returns the condition's value once it is true. The limit only turns a hang into a failure."""
     deadline = time.monotonic() + 60
     while not (value := condition()):
         assert time.monotonic() < deadline, "timed out waiting"
@@ -118,7 +120,7 @@ def running(command, **options):
 
 @contextlib.contextmanager
 def server(name="lighttpd", *pages):
-    """The URL of the handler and other programs behind a web server, started as its configuration says."""
+    """The URL of the programs behind a web server that starts as its configuration says."""
     for page in pages:
         install(page)
     commands = re.findall("^#   (.+)", (SERVER_CONFIGS / f"{name}.conf").read_text(), re.M)
@@ -129,11 +131,12 @@ def server(name="lighttpd", *pages):
 
 def curl(*arguments):
     """The response and its HTTP status, 0 if there was no response."""
-    output = subprocess.run(["curl", "-s", "-w", "%{http_code}", *arguments], stdout=subprocess.PIPE).stdout
+    command = "curl", "-s", "-w", "%{http_code}", *arguments
+    output = subprocess.run(command, stdout=subprocess.PIPE).stdout
     return output[:-3], int(output[-3:])
 
 
-# The programs and server configurations are taken from the packages if a folder of packages is given.
+# If a folder of packages is given, programs and server configurations are taken from there.
 SERVER_CONFIGS = EXAMPLES / "servers"
 UNPACKED = pathlib.Path("/run/unpacked")
 assert CGI_FOLDER.is_mount(), "the folder must exist for the sandbox to cover it"

@@ -12,10 +12,11 @@ MULTIPART = "multipart/form-data; boundary=X"
 
 
 def document(copies):
-    return b"<c>" + (harness.EXAMPLES / "config.xml").read_bytes().partition(b"?>")[2] * copies + b"</c>"
+    example = (harness.EXAMPLES / "config.xml").read_bytes().partition(b"?>")[2]
+    return b"<c>" + example * copies + b"</c>"
 
 
-@unittest.skipUnless(harness.BOUNDED, "memory is not limited under an emulator or with AddressSanitizer")
+@unittest.skipUnless(harness.LIMITED, "no limit under an emulator or with AddressSanitizer")
 class Memory(unittest.TestCase):
     def test_hostile_requests(self):
         install_config(document(16))
@@ -24,7 +25,8 @@ class Memory(unittest.TestCase):
                 ("values", b"&".join(b"%d=/" % number for number in range(18000)), ""),
                 ("names", b"&".join(b"%x=" % number for number in range(2_000_000)), ""),
                 ("text", b'--X\r\nname="a"\r\n\r\n' + bytes(150 << 20), MULTIPART)):
-            self.assertEqual(post(body, content_type), (255, b"", ["  main(): Out of memory."]), name)
+            out_of_memory = 255, b"", ["  main(): Out of memory."]
+            self.assertEqual(post(body, content_type), out_of_memory, name)
             self.assertFalse(PID_FILE.exists(), name)
 
     def test_large_documents(self):
@@ -40,7 +42,8 @@ class Memory(unittest.TestCase):
         install_config(b"<c><v>1</v><long>" + text + b"</long></c>")
         self.assertEqual(post(b"k=v/text()"), (0, answer(k="1"), []))
 
-        whole = b"<c><v>1</v>" + b'<interface name="eth0"><mtu>1500</mtu></interface>\n' * 123000 + b"</c>"
+        interfaces = b'<interface name="eth0"><mtu>1500</mtu></interface>\n' * 123000
+        whole = b"<c><v>1</v>" + interfaces + b"</c>"
         install_config(whole[:-1])
         process = harness.start("GET", "k=v/text()")
         harness.wait_for(lambda: harness.errors(harness.LOG.take()))
@@ -51,13 +54,15 @@ class Memory(unittest.TestCase):
         install_config(document(16))
 
         def outcome(kibibytes):
-            process = harness.start("GET", "a=(//dns)[1]&b=//rule[1]/@id|//hostname/@*|//mtu/text()&c=//location/..",
-                                    command=("prlimit", f"--as={kibibytes << 10}", QUERY))
+            query = "a=(//dns)[1]&b=//rule[1]/@id|//hostname/@*|//mtu/text()&c=//location/.."
+            command = "prlimit", f"--as={kibibytes << 10}", QUERY
+            process = harness.start("GET", query, command=command)
             return process.communicate()[0], process.returncode
         right = outcome(1 << 20)
         self.assertIn(b"10.4.0.3", right[0])
         with concurrent.futures.ThreadPoolExecutor(32) as pool:
-            outcomes = list(pool.map(outcome, range(1152, 8192, int(os.environ.get("KESTO_STEP", 16)))))
+            step = int(os.environ.get("KESTO_STEP", 16))
+            outcomes = list(pool.map(outcome, range(1152, 8192, step)))
         self.assertIn((ERROR_ANSWER, 0), outcomes)
         for output, status in outcomes:
             self.assertIn((output, status), (right, (ERROR_ANSWER, 0), (b"", status or 1)))
@@ -81,14 +86,16 @@ class Process(unittest.TestCase):
     def test_little_stack(self):
         install_config()
         nested = b"(" * 700 + b"//mtu/text()" + b")" * 700
-        self.assertEqual(post(b"k=" + nested, command=("prlimit", "--stack=65536:", QUERY)), (0, answer(k="1500"), []))
+        outcome = post(b"k=" + nested, command=("prlimit", "--stack=65536:", QUERY))
+        self.assertEqual(outcome, (0, answer(k="1500"), []))
 
     def test_closed_streams_and_arguments(self):
         install_config()
         body = b'--X\r\nname="a"\r\n\r\n//hostname/text()\r\n--X--\r\n'
         foreign = pathlib.Path("/run/sshd.pid")
         foreign.write_text("1")
-        words = "" if harness.EMULATOR else "x /x/sshd"  # the emulator's process keeps the words it was started with
+        # The emulator's process keeps the words that it was started with.
+        words = "" if harness.EMULATOR else "x /x/sshd"
         for redirection, outcome in (("<&-", (255, b"", ["  main(): CGI parse failed."])),
                                      (">&-", (255, b"", ["  main(): Unable to write response."])),
                                      ("2>&-", (0, answer(a="gateway-7"), []))):
