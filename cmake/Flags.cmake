@@ -35,14 +35,7 @@ if(KESTO_WERROR)
 endif()
 
 # File names in the binary are relative to the project root, wherever the build directory is.
-set(prefix_map -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
-if(CMAKE_GENERATOR MATCHES Ninja AND prefix_map MATCHES "\\$")
-  # In the options that CMake writes for Ninja, the shell would take the dollar sign for a variable.
-  # Ninja runs its commands in the build directory, so a file there can be named without its path.
-  file(WRITE ${CMAKE_BINARY_DIR}/prefix-map "'${prefix_map}'")
-  set(prefix_map @prefix-map)
-endif()
-add_compile_options(${prefix_map})
+add_compile_options(-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
 
 # Offsets and times are 64 bits wide on 32-bit targets too: an upload may exceed 2 GiB.
 add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
@@ -84,7 +77,8 @@ if(NOT KESTO_STATIC)
 endif()
 
 if(KESTO_SANITIZE)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
+                      -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
 if(KESTO_FUZZ)
