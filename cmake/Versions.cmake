@@ -1,11 +1,11 @@
 # Lists the libraries in the program with their versions, for the version line and the bill of
-# materials, so that a known vulnerability can be matched to a device in the field. A library that is
-# linked dynamically is not in the program.
+# materials, so that a known vulnerability can be matched to a device in the field. A library that
+# is linked dynamically is not in the program.
 set(bundled_libraries "") # "name version" for each
 find_program(DPKG_QUERY dpkg-query)
 
-# Adds an XML library, unless it is linked dynamically: with Debian's version if it or its sources come
-# from there, otherwise with the given one.
+# Adds an XML library, unless it is linked dynamically: with Debian's version if it or its sources
+# come from there, otherwise with the given one.
 function(bundle_xml_library name upstream_version)
   string(TOUPPER ${name} upper)
   set(folder ${KESTO_${upper}_SOURCE})
@@ -63,7 +63,7 @@ if(KESTO_STATIC)
   endif()
 endif()
 
-set(version_line "${PROJECT_NAME} ${PROJECT_VERSION}")
+set(version_line "${PROJECT_NAME} ${full_version}")
 if(bundled_libraries)
   list(JOIN bundled_libraries ", " versions)
   string(APPEND version_line " (${versions})")
