@@ -1,5 +1,5 @@
-# Writes a bill of materials (CycloneDX 1.5) for each package, so that tools can match what is in it to
-# known vulnerabilities. It repeats what the version line of the program says.
+# Writes a bill of materials (CycloneDX 1.5) for each package, so that tools can match what is in it
+# to known vulnerabilities. It repeats what the version line of the program says.
 
 set(tinyxml_licence Zlib)
 set(tinyxml_cpe tinyxml_project:tinyxml)
