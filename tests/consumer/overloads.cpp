@@ -17,11 +17,15 @@ int main()
     const auto O = tMap::mapped_type();
     return !(
         Same({C.PopupMenu(N, tTexts()), C.PopupMenu(N, {}), C.PopupMenu(N, tMap())}) &&
-        Same({C.PopupMenu(N, tTexts{a}), C.PopupMenu(N, {a}), C.PopupMenu(N, {"a"}), C.PopupMenu(N, {{"a"}})}) &&
-        Same({C.PopupMenu(N, TWO), C.PopupMenu(N, {a, b}), C.PopupMenu(N, {"a", "b"}), C.PopupMenu(N, {"a", b}),
-              C.PopupMenu(N, {a, p}), C.PopupMenu(N, {{a}, {b}}), C.PopupMenu({{"name", "n"}}, {a + "", "b"})}) &&
-        Same({C.PopupMenu(N, tMap{{a, O}}), C.PopupMenu(N, {{"a", {}}}), C.PopupMenu(N, {{a, O}})}) &&
-        Same({C.PopupMenu({}, PLAIN), C.PopupMenu({}, {{a, {}}, {b, {}}}), C.PopupMenu({}, {{"a", {}}, {"b", O}})}) &&
+        Same({C.PopupMenu(N, tTexts{a}), C.PopupMenu(N, {a}), C.PopupMenu(N, {"a"}),
+              C.PopupMenu(N, {{"a"}})}) &&
+        Same({C.PopupMenu(N, TWO), C.PopupMenu(N, {a, b}), C.PopupMenu(N, {"a", "b"}),
+              C.PopupMenu(N, {"a", b}), C.PopupMenu(N, {a, p}), C.PopupMenu(N, {{a}, {b}}),
+              C.PopupMenu({{"name", "n"}}, {a + "", "b"})}) &&
+        Same({C.PopupMenu(N, tMap{{a, O}}), C.PopupMenu(N, {{"a", {}}}),
+              C.PopupMenu(N, {{a, O}})}) &&
+        Same({C.PopupMenu({}, PLAIN), C.PopupMenu({}, {{a, {}}, {b, {}}}),
+              C.PopupMenu({}, {{"a", {}}, {"b", O}})}) &&
         Same({C.PopupMenu(N, tMap{{a, V}, {b, O}}), C.PopupMenu(N, {{a, V}, {"b", {}}})}) &&
         Same({C.ScrollList(2, N, TWO), C.ScrollList(2, N, {a, b}), C.ScrollList(2, N, {"a", b})}) &&
         Same({C.Tr(N, TWO), C.Tr(N, {a, b}), C.Tr(N, {"a", "b"}), C.Tr(N, {a, p})}));
