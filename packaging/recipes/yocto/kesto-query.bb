@@ -7,7 +7,7 @@ SUMMARY = "Configuration queries over CGI"
 DESCRIPTION = "Form fields hold XPath expressions, and the answer is a JSON object."
 LICENSE = "LicenseRef-kesto-query"
 NO_GENERIC_LICENSE[kesto-query] = "packaging/copyright"
-LIC_FILES_CHKSUM = "file://packaging/copyright;md5=b493e3c709b9b00b795b93365bae407c"
+LIC_FILES_CHKSUM = "file://packaging/copyright;md5=e59bd6ab51539e7d55e7d37c58468665"
 
 PV = "1.1.0"
 
