@@ -19,7 +19,7 @@ endforeach()
 
 if(CMAKE_INTERPROCEDURAL_OPTIMIZATION AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   # Its own limits leave calls in the loops over every byte of a document: a seventh of a request's
-  # instructions. Without them, the program is larger by a tenth.
+  # instructions. The program grows by a tenth.
   foreach(limit max-inline-insns-auto=300 inline-unit-growth=300)
     string(MAKE_C_IDENTIFIER HAVE_${limit} have)
     check_cxx_compiler_flag(--param=${limit} ${have})
