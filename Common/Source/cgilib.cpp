@@ -91,6 +91,7 @@ bool cCGI::ParseGetData()
         return false;
     }
     StoreFields(*l_p_query, m_m_getData);
+    m_b_bodyComplete = true;
     return true;
 }
 

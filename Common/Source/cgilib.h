@@ -73,6 +73,15 @@ public:
     /// other method, answer with status 405, as shown at BeginHtml().
     bool ParseData();
 
+    /// Whether the last parse read the whole body: every byte that CONTENT_LENGTH announced (or, of
+    /// a URL-encoded body, everything up to its first line feed) and, of a multipart body, the
+    /// closing boundary. True if there was none to read: after ParseGetData(). False after end of
+    /// input, a read error, a refused body or any other fault in it, before the first parse, and in
+    /// a copy. Says nothing about how much of an upload the disk took.
+    /// A page that stores what it was sent asks this first: a lost connection may cut off the last
+    /// field.
+    bool IsBodyComplete() const { return m_b_bodyComplete; }
+
     /// Whether REQUEST_METHOD is "GET" or "get"; no other spelling counts.
     bool IsGetRsp() const;
 
@@ -486,6 +495,7 @@ private:
     bool m_b_fileUpload = false;
     std::string m_s_uploadFilename;
     std::unique_ptr<char[]> m_p_readBuffer; // for multipart bodies
+    bool m_b_bodyComplete = false;
 };
 
 std::ostream& operator<<(std::ostream& a_c_stream, const cCGI& a_c_request);

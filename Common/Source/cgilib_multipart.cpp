@@ -116,6 +116,8 @@ public:
     // Ends the parse and returns its result.
     bool Finish();
 
+    bool FoundClosingBoundary() const { return m_b_closed; }
+
 private:
     enum eOutcome
     {
@@ -139,6 +141,7 @@ private:
     cCGI::tFormData& m_m_postData;
 
     eOutcome m_e_outcome = eGOING;
+    bool m_b_closed = false;     // nothing follows the closing boundary
     bool m_b_needsBytes = false; // the last step cannot continue with what has been read
 
     std::string m_s_fieldName;
@@ -260,6 +263,7 @@ void cMultipartParser::AcceptClosingBoundary()
         m_e_outcome = eFAILED;
     } else {
         m_c_accumulator.Consume(l_s_bytes.size());
+        m_b_closed = true;
         syslog(LOG_DEBUG, "%s - Found END-OF-POST for file upload.", FUNCTION);
     }
 }
@@ -368,6 +372,7 @@ bool cMultipartParser::Finish()
 
 bool cCGI::ParseMultipartData()
 {
+    m_b_bodyComplete = false;
     syslog(LOG_DEBUG, "cCGI::%s", FUNCTION);
 
     if (fcntl(STDIN_FILENO, F_SETFL, fcntl(STDIN_FILENO, F_GETFL) | O_NONBLOCK) == -1) {
@@ -417,5 +422,6 @@ bool cCGI::ParseMultipartData()
             break;
         }
     }
+    m_b_bodyComplete = l_c_parser.FoundClosingBoundary();
     return l_c_parser.Finish();
 }

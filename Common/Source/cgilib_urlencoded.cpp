@@ -12,28 +12,31 @@ namespace
 // Queries are short, and a client must not be able to fill a small device's memory.
 constexpr long MAX_BODY_LENGTH = 16L * 1024 * 1024;
 
-// The first line of standard input, without its line feed, but at most a_u_limit bytes: a server
-// that keeps the pipe open never sends the byte after them, so the read must not wait for it.
-std::string ReadLine(std::size_t a_u_limit)
+// Appends the first line of standard input, without its line feed, but at most a_u_limit bytes: a
+// server that keeps the pipe open never sends the byte after them, so the read must not wait for
+// it. Returns false if the input ends before.
+bool ReadLine(std::string& a_s_line, std::size_t a_u_limit)
 {
-    std::string l_s_line;
-    l_s_line.reserve(a_u_limit);
-    while (l_s_line.size() < a_u_limit) {
+    a_s_line.reserve(a_u_limit);
+    while (a_s_line.size() < a_u_limit) {
         const int l_i_byte = getc_unlocked(stdin);
-        if (l_i_byte == '\n' || (l_i_byte == EOF && !AwaitStandardInput())) {
-            break;
+        if (l_i_byte == '\n') {
+            return true;
         }
         if (l_i_byte != EOF) {
-            l_s_line += static_cast<char>(l_i_byte);
+            a_s_line += static_cast<char>(l_i_byte);
+        } else if (!AwaitStandardInput()) {
+            return false;
         }
     }
-    return l_s_line;
+    return true;
 }
 
 } // namespace
 
 bool cCGI::ParsePostData()
 {
+    m_b_bodyComplete = false;
     const std::string* l_p_type = Environment("CONTENT_TYPE");
     if (l_p_type == nullptr) {
         return false;
@@ -52,7 +55,8 @@ bool cCGI::ParsePostData()
         return false;
     }
 
-    std::string l_s_body = ReadLine(static_cast<std::size_t>(l_i_length));
+    std::string l_s_body;
+    m_b_bodyComplete = ReadLine(l_s_body, static_cast<std::size_t>(l_i_length));
     l_s_body.resize(std::min(l_s_body.find('\0'), l_s_body.size()));
     StoreFields(l_s_body, m_m_postData);
     return true;
