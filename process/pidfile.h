@@ -8,16 +8,20 @@
 /// "/var/run/" + command name + ".pid", and maintains that file for its own lifetime.
 ///
 /// The file holds a pid in decimal and nothing else. After construction the guard is
-///   - inert: its own command name could not be read; or the file cannot be read, or holds anything
-///     other than a pid, so it is not ours. It is left unchanged, and nothing is logged;
+///   - inert: its own command name could not be read; or the file is no regular file, cannot be
+///     read, or does not begin with a pid (after any white space), so it is not ours. It is left
+///     unchanged, and nothing is logged;
 ///   - owner: the file was missing or empty, or held the pid of a process that is gone or runs
 ///     another program; it now holds the guard's own pid;
 ///   - duplicate: the file names a live process of the same program and is left unchanged.
-/// Two decisions that callers may rely on:
+/// Three decisions that callers may rely on:
 ///   - A missing or empty file is written too, not only one that names a dead process. Otherwise no
 ///     instance would ever record its pid.
 ///   - Only the guard that wrote the file removes it, and only while it still holds the guard's own
 ///     pid. A file that has become another instance's must not be removed.
+///   - A file that already holds the guard's own pid makes it a duplicate: that process is alive
+///     and runs the same program. Where /var/run outlives a boot, a daemon may well get the pid
+///     that its predecessor had, so its start script removes the file when the system boots.
 /// There is no lock: two instances that start at the same instant may both find no duplicate, and
 /// the later write wins. Use it from one thread only.
 class cPidFile
@@ -41,12 +45,13 @@ public:
     int GetDuplicatePID() const { return m_i_duplicatePid; }
 
     /// Writes the guard's own pid to the pid file (created or truncated) and logs it at LOG_NOTICE.
-    /// Does nothing if the file cannot be opened; removes it if it cannot be written in full.
+    /// Does nothing if the file cannot be opened or is no regular file; removes it if it cannot be
+    /// written in full. Never waits.
     void WriteFile();
 
-    /// The pid in the pid file: the leading decimal digits of its first word, searched for in its
-    /// first 63 bytes; 0 if there is none. A number that does not fit into 32 bits yields -1, which
-    /// names no process.
+    /// The pid in the pid file: the leading decimal digits of its first word; 0 if there are none
+    /// (a sign is no digit), or if they go on past the first 62 bytes. A number that does not fit
+    /// into 32 bits yields -1, which names no process.
     int ReadPidFromFile() const;
 
     /// Whether process a_i_pid is alive and has the guard's own command name.

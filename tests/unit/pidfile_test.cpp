@@ -1,25 +1,58 @@
 #include <itos.h>
 #include <pidfile.h>
 
+#include <fcntl.h>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
+#include <sys/stat.h>
 #include <unistd.h>
+
+static const char* const PID_FILE = "/var/run/unit_tests.pid";
 
 TEST(PidFile, EndsADuplicateIfAsked)
 {
     EXPECT_FALSE(cPidFile(true).IsDuplicateRunning());
-    std::ofstream("/var/run/unit_tests.pid") << getpid(); // counts as another instance
+    std::ofstream(PID_FILE) << getpid(); // counts as another instance
     EXPECT_EQ(cPidFile(false).GetDuplicatePID(), getpid());
     EXPECT_TRUE(cPidFile(false).IsDuplicateRunning());
     EXPECT_EXIT(cPidFile(true), testing::ExitedWithCode(255), "");
 }
 
+TEST(PidFile, IsLeftAloneUnlessItHoldsAPid)
+{
+    // No process has this pid, so the guard replaces it.
+    const std::map<std::string, int> l_m_cases = {
+        {"  4194305abc", 4194305}, {std::string(55, '\t') + "4194305", 4194305},
+        {"+4194305", 0},           {std::string(56, '\n') + "4194305", 0},
+        {" -1", 0},                {std::string(63, ' ') + "4194305", 0},
+    };
+    for (const auto& [l_s_stored, l_i_pid] : l_m_cases) {
+        SCOPED_TRACE(l_s_stored);
+        std::ofstream(PID_FILE) << l_s_stored;
+        const cPidFile l_c_guard(false);
+        EXPECT_EQ(l_c_guard.GetDuplicatePID(), l_i_pid);
+        std::ifstream l_c_file(PID_FILE);
+        const std::string l_s_left(std::istreambuf_iterator<char>(l_c_file), {});
+        EXPECT_EQ(l_s_left, l_i_pid == 0 ? l_s_stored : itos(getpid()));
+    }
+
+    unlink(PID_FILE);
+    mkfifo(PID_FILE, 0666);
+    cPidFile l_c_guard(false);
+    l_c_guard.WriteFile();
+    const int l_i_reader = open(PID_FILE, O_RDONLY | O_NONBLOCK);
+    l_c_guard.WriteFile();
+    char l_byte = 0;
+    EXPECT_EQ(read(l_i_reader, &l_byte, 1), 0);
+    EXPECT_EQ(unlink(PID_FILE), 0);
+}
+
 TEST(Numbers, AsText)
 {
     std::string l_s_texts = itos(-42);
-    for (const auto& [l_u_value, l_u_radix] :
-         std::map<unsigned, unsigned>{{0, 10}, {10, 8}, {255, 16}, {0x80000000U, 10}, {0U - 8, 16}, {0U - 7, 10}}) {
+    for (const auto& [l_u_value, l_u_radix] : std::map<unsigned, unsigned>{
+             {0, 10}, {10, 8}, {255, 16}, {0x80000000U, 10}, {0U - 8, 16}, {0U - 7, 10}}) {
         char l_buffer[12];
         l_s_texts.append(" ").append(_itoa(l_u_value, l_buffer, l_u_radix));
     }
