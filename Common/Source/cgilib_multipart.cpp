@@ -7,12 +7,12 @@
 #include <cstring>
 #include <fcntl.h>
 #include <string_view>
-#include <sys/stat.h>
 #include <syslog.h>
 #include <unistd.h>
 
 #include "accumulator.h"
 #include "standard_input.h"
+#include "upload_file.h"
 
 namespace
 {
@@ -61,31 +61,6 @@ struct sFileCloser
 {
     void operator()(std::FILE* a_p_file) const { std::fclose(a_p_file); }
 };
-
-// Opens a file for writing as fopen() does, except a FIFO: opening it, and every write to it, could
-// wait forever for a reader. Returns null and sets errno where fopen() does.
-std::FILE* OpenUnlessFifo(const std::string& a_s_path)
-{
-    constexpr mode_t ALL_MAY_READ_AND_WRITE = 0666; // minus the umask
-    const int l_i_file =
-        open(a_s_path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC,
-             ALL_MAY_READ_AND_WRITE);
-    if (l_i_file < 0) {
-        return nullptr;
-    }
-    std::FILE* l_p_file = nullptr;
-    struct stat l_c_status = {};
-    if (fstat(l_i_file, &l_c_status) == 0 && S_ISFIFO(l_c_status.st_mode)) {
-        errno = ENXIO; // as if there were no reader
-    } else if (fcntl(l_i_file, F_SETFL, 0) == 0) {
-        // Writes may block again: a device may be slow.
-        l_p_file = fdopen(l_i_file, "w");
-    }
-    if (l_p_file == nullptr) {
-        close(l_i_file);
-    }
-    return l_p_file;
-}
 
 enum eParseState
 {
@@ -325,7 +300,7 @@ bool cMultipartParser::OpenUpload()
         syslog(LOG_ERR, "%s() - Unable to open tmp file for writing, filename is empty", FUNCTION);
         return false;
     }
-    m_p_uploadFile.reset(OpenUnlessFifo(m_s_uploadPath));
+    m_p_uploadFile.reset(OpenUploadFile(m_s_uploadPath));
     if (m_p_uploadFile == nullptr) {
         syslog(LOG_ERR, "%s() - Unable to open tmp file %s for writing: error %s", FUNCTION,
                m_s_uploadPath.c_str(), std::strerror(errno));
