@@ -107,7 +107,6 @@ private:
     std::string_view TakeContent();
     bool OpenUpload();
     void Write(std::string_view a_s_chunk);
-    std::size_t DelimiterStartLength(std::string_view a_s_bytes) const;
 
     const std::string m_s_delimiter;
     const std::size_t m_u_readSize;
@@ -245,16 +244,16 @@ void cMultipartParser::AcceptClosingBoundary()
 
 // Takes what certainly belongs to the content of the part: everything before the delimiter or, if
 // none has been found, everything except a tail that may begin one. In the second case the next
-// step needs more bytes.
+// step needs more bytes. The tail begins at the first CR that is near enough to the end, whatever
+// follows it: the result of a body that was cut off must not depend on how its bytes arrived.
 std::string_view cMultipartParser::TakeContent()
 {
     const std::string_view l_s_bytes = m_c_accumulator.Bytes();
-    std::size_t l_u_length = std::min(l_s_bytes.find('\r'), l_s_bytes.size());
-    m_b_needsBytes = true;
-    if (l_s_bytes.size() - l_u_length >= m_s_delimiter.size()) {
-        const std::size_t l_u_end = FindText(l_s_bytes, m_s_delimiter, l_u_length);
-        m_b_needsBytes = l_u_end == std::string_view::npos;
-        l_u_length = m_b_needsBytes ? l_s_bytes.size() - DelimiterStartLength(l_s_bytes) : l_u_end;
+    std::size_t l_u_length = FindText(l_s_bytes, m_s_delimiter, 0);
+    m_b_needsBytes = l_u_length == std::string_view::npos;
+    if (m_b_needsBytes) {
+        const std::size_t l_u_near = std::min(l_s_bytes.size(), m_s_delimiter.size() - 1);
+        l_u_length = std::min(l_s_bytes.find('\r', l_s_bytes.size() - l_u_near), l_s_bytes.size());
     }
     m_c_accumulator.Consume(l_u_length);
     return l_s_bytes.substr(0, l_u_length);
@@ -317,17 +316,6 @@ void cMultipartParser::Write(std::string_view a_s_chunk)
     fseeko(m_p_uploadFile.get(), m_i_writeOffset, SEEK_SET);
     m_i_writeOffset += static_cast<off_t>(
         std::fwrite(a_s_chunk.data(), 1, a_s_chunk.size(), m_p_uploadFile.get()));
-}
-
-// The number of bytes at the end that may begin a delimiter which the next read completes.
-std::size_t cMultipartParser::DelimiterStartLength(std::string_view a_s_bytes) const
-{
-    std::size_t l_u_length = std::min(a_s_bytes.size(), m_s_delimiter.size() - 1);
-    while (a_s_bytes.substr(a_s_bytes.size() - l_u_length) !=
-           std::string_view(m_s_delimiter).substr(0, l_u_length)) {
-        --l_u_length;
-    }
-    return l_u_length;
 }
 
 bool cMultipartParser::Finish()
