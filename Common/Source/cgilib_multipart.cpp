@@ -62,6 +62,19 @@ struct sFileCloser
     void operator()(std::FILE* a_p_file) const { std::fclose(a_p_file); }
 };
 
+// Makes standard output block again: some servers pass one socket as standard input and output, and
+// no page expects a write that ends early.
+struct sBlockingOutput
+{
+    sBlockingOutput() = default;
+    sBlockingOutput(const sBlockingOutput&) = delete;
+    sBlockingOutput& operator=(const sBlockingOutput&) = delete;
+    ~sBlockingOutput()
+    {
+        fcntl(STDOUT_FILENO, F_SETFL, fcntl(STDOUT_FILENO, F_GETFL) & ~O_NONBLOCK);
+    }
+};
+
 enum eParseState
 {
     eREAD_ENTITY_HEADER,   // waiting for a part header, or for the closing boundary
@@ -335,6 +348,7 @@ bool cMultipartParser::Finish()
 
 bool cCGI::ParseMultipartData()
 {
+    const sBlockingOutput l_c_output;
     m_b_bodyComplete = false;
     syslog(LOG_DEBUG, "cCGI::%s", FUNCTION);
 
