@@ -399,6 +399,7 @@ bool cCGI::ParseMultipartData()
             break;
         }
     }
+    const bool l_b_success = l_c_parser.Finish();
     m_b_bodyComplete = l_c_parser.FoundClosingBoundary();
-    return l_c_parser.Finish();
+    return l_b_success;
 }

@@ -56,8 +56,9 @@ bool cCGI::ParsePostData()
     }
 
     std::string l_s_body;
-    m_b_bodyComplete = ReadLine(l_s_body, static_cast<std::size_t>(l_i_length));
+    const bool l_b_complete = ReadLine(l_s_body, static_cast<std::size_t>(l_i_length));
     l_s_body.resize(std::min(l_s_body.find('\0'), l_s_body.size()));
     StoreFields(l_s_body, m_m_postData);
+    m_b_bodyComplete = l_b_complete;
     return true;
 }
