@@ -9,6 +9,7 @@
 #include <fstream>
 #include <new>
 #include <poll.h>
+#include <sstream>
 #include <stdexcept>
 #include <stdio_ext.h>
 #include <string_view>
@@ -41,7 +42,8 @@ extern "C" void syslog(int a_i_priority, const char* a_p_format, ...)
 extern "C" int poll(pollfd* /*fds*/, nfds_t /*count*/, int /*timeout*/)
 {
     if (!g_s_coming.empty()) {
-        const ssize_t l_i_sent = write(g_i_sender, g_s_coming.data(), std::min(g_u_piece, g_s_coming.size()));
+        const std::string_view l_s_piece = g_s_coming.substr(0, g_u_piece);
+        const ssize_t l_i_sent = write(g_i_sender, l_s_piece.data(), l_s_piece.size());
         g_s_coming.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(l_i_sent, 0)));
     } else if (std::exchange(g_b_ends, false)) {
         close(std::exchange(g_i_sender, -1));
@@ -61,23 +63,23 @@ extern "C" int poll(pollfd* /*fds*/, nfds_t /*count*/, int /*timeout*/)
     void* l_p_block = operator new(a_u_size, std::nothrow);
     return l_p_block != nullptr ? l_p_block : throw std::bad_alloc();
 }
-[[gnu::noinline]] void operator delete(void* a_p_block) noexcept { std::free(a_p_block); }
-[[gnu::noinline]] void operator delete(void* a_p_block, std::size_t) noexcept { std::free(a_p_block); }
+[[gnu::noinline]] void operator delete(void* a_p) noexcept { std::free(a_p); }
+[[gnu::noinline]] void operator delete(void* a_p, std::size_t) noexcept { std::free(a_p); }
 
 static std::string TakeUpload()
 {
-    std::string l_s_content;
+    std::ostringstream l_c_content;
     for (const auto& l_c_entry : std::filesystem::directory_iterator("/tmp")) {
-        if (l_c_entry.is_regular_file()) {
-            std::ifstream l_c_file(l_c_entry.path());
-            l_s_content.assign(std::istreambuf_iterator<char>(l_c_file), {});
+        if (std::error_code l_c_loop; l_c_entry.is_regular_file(l_c_loop)) {
+            l_c_content << std::ifstream(l_c_entry.path()).rdbuf();
             std::filesystem::remove(l_c_entry);
         }
     }
-    return l_s_content;
+    return l_c_content.str();
 }
 
-tOutcome Parse(const std::string& a_s_type, const std::string& a_s_body, std::size_t a_u_piece, const char* a_p_length)
+tOutcome Parse(const std::string& a_s_type, const std::string& a_s_body, std::size_t a_u_piece,
+               const char* a_p_length)
 {
     close(g_i_sender);
     int l_ends[2] = {-1, -1};
@@ -93,10 +95,15 @@ tOutcome Parse(const std::string& a_s_type, const std::string& a_s_body, std::si
     g_s_log.clear();
 
     static cCGI s_c_request(cCGI::eXHTML_1_0_TRANSITIONAL);
-    s_c_request.GetEnvironment() = {{"REQUEST_METHOD", a_u_piece == 1 ? "post" : "POST"},
-                                    {"CONTENT_TYPE", a_s_type},
-                                    {"CONTENT_LENGTH", g_b_ends ? a_p_length : std::to_string(a_s_body.size())}};
+    s_c_request.GetEnvironment() = {
+        {"REQUEST_METHOD", a_u_piece == 1 ? "post" : "POST"},
+        {"CONTENT_TYPE", a_s_type},
+        {"CONTENT_LENGTH", g_b_ends ? a_p_length : std::to_string(a_s_body.size())}};
     s_c_request.GetPostData().clear();
+    const int l_i_output = dup(STDOUT_FILENO);
+    dup2(STDIN_FILENO, STDOUT_FILENO); // one connection for both, as some servers do
     const bool l_b_result = s_c_request.ParseData();
-    return {l_b_result, s_c_request.GetData(), g_s_log, TakeUpload()};
+    dup2(l_i_output, STDOUT_FILENO);
+    close(l_i_output);
+    return {l_b_result, s_c_request.IsBodyComplete(), s_c_request.GetData(), g_s_log, TakeUpload()};
 }
