@@ -98,22 +98,32 @@ public:
     /// contains "multipart/form-data" to ParseMultipartData(). Treats any other body as
     /// URL-encoded: reads at most CONTENT_LENGTH bytes, up to the first line feed or the end of
     /// input, truncates the text at the first NUL, and splits and decodes it like a query string.
-    /// Never waits for a byte past CONTENT_LENGTH.
+    /// Never waits for a byte past CONTENT_LENGTH. Reads C's stdin: to redirect std::cin has no
+    /// effect.
     /// For a URL-encoded body, returns false, with standard input untouched, if CONTENT_LENGTH is
-    /// missing, is not a positive number or exceeds 16 MiB.
+    /// missing, is not a positive number or exceeds 16 MiB. A body cut off by a lost connection is
+    /// taken as it is, and the result is true: ask IsBodyComplete().
     bool ParsePostData();
 
     /// Reads a multipart/form-data body (RFC 7578) of CONTENT_LENGTH bytes. Fields are stored in
     /// the POST data as raw bytes. The content of at most one file part is streamed into a file in
     /// "/tmp/" under the base name that the client sent; its path becomes the value of the part's
-    /// field. Standard input is made non-blocking and remains so. The boundary is everything after
-    /// the first "=" of CONTENT_TYPE, including any quotes; nothing may precede the first boundary
-    /// or follow the closing one.
-    /// Returns false at the first error, which is logged to syslog at LOG_ERR (a body that ends
-    /// before CONTENT_LENGTH bytes, or inside a part after a CR, is not logged as an error); fields
-    /// and file bytes stored before it remain. A file field left empty is such an error, as is a
-    /// second file: put an optional file in a form of its own, or last. Progress is logged at
-    /// LOG_DEBUG. Only the text fields are held in memory.
+    /// field. A file of that name is replaced, and a symbolic link followed, if it belongs to root
+    /// or the effective user and has no second name; any other is refused, as is a FIFO.
+    /// Standard input is made non-blocking and remains so, unless standard output is the same
+    /// socket, as some servers have it: standard output blocks afterwards.
+    /// The boundary is everything after the first "=" of CONTENT_TYPE, including any quotes;
+    /// nothing may precede the first boundary or follow the closing one.
+    ///
+    /// Returns false at the first error, which is logged to syslog at LOG_ERR; fields and file
+    /// bytes stored before it remain. A file field left empty is such an error, as is a second
+    /// file: put an optional file in a form of its own, or last. Progress is logged at LOG_DEBUG.
+    /// Only the text fields are held in memory.
+    ///
+    /// If the input ends before CONTENT_LENGTH bytes, the result is false, but nothing is logged as
+    /// an error; the same if the body ends inside a text field that contains a CR, or inside a file
+    /// less than the length of a boundary after a CR. If it ends elsewhere inside a part, the
+    /// result is true, although the field is missing or the file cut off: ask IsBodyComplete().
     bool ParseMultipartData();
 
     /// Decodes application/x-www-form-urlencoded text in place, in linear time: first every "+"
