@@ -5,9 +5,8 @@ namespace
 
 std::string Text(const TiXmlHandle& a_c_node)
 {
-    const TiXmlElement* l_p_element = a_c_node.ToElement();
-    const char* l_p_text = l_p_element == nullptr ? nullptr : l_p_element->GetText();
-    return l_p_text == nullptr ? "" : l_p_text;
+    const TiXmlText* l_p_text = a_c_node.FirstChild().ToText();
+    return l_p_text == nullptr ? "" : l_p_text->Value();
 }
 
 std::string Attribute(const TiXmlHandle& a_c_node, const char* a_p_name)

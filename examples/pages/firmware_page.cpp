@@ -6,17 +6,17 @@
 #include <cgilib.h>
 #include <cgilib_escape.h>
 
-#include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "head.h"
+#include "page.h"
 #include "request.h"
 
 namespace
@@ -25,7 +25,6 @@ namespace
 constexpr long long LARGEST_BODY = 48LL << 20U; // the space available in /tmp
 
 constexpr const char* const FIRMWARE_STYLE = R"css(
-.done { padding: .6rem .8rem; background: #e6f4ea; border-left: 4px solid #1e7d3c; }
 .actions { margin-top: 1rem; }
 progress { flex: 1; }
 )css";
@@ -94,39 +93,24 @@ private:
     bool m_b_moved = false;
 };
 
-std::array<std::uint32_t, 256> CrcTable()
-{
-    std::array<std::uint32_t, 256> l_table;
-    for (std::uint32_t l_u_byte = 0; l_u_byte < 256; ++l_u_byte) {
-        l_table[l_u_byte] = l_u_byte;
-        for (int l_i_bit = 0; l_i_bit < 8; ++l_i_bit) {
-            l_table[l_u_byte] = l_table[l_u_byte] >> 1U ^ (l_table[l_u_byte] & 1U) * 0xEDB88320U;
-        }
-    }
-    return l_table;
-}
+// The CRC-32 of each half byte, as in zlib.
+constexpr std::uint32_t CRC_OF_HALF[] = {
+    0x00000000, 0x1DB71064, 0x3B6E20C8, 0x26D930AC, 0x76DC4190, 0x6B6B51F4, 0x4DB26158, 0x5005713C,
+    0xEDB88320, 0xF00F9344, 0xD6D6A3E8, 0xCB61B38C, 0x9B64C2B0, 0x86D3D2D4, 0xA00AE278, 0xBDBDF21C};
 
-// An image ends with the CRC-32 (as in zlib) of everything before it, low byte first, so the CRC-32
-// of the whole file is always the same. An upload truncated by a full disk fails here.
+// An image ends with the CRC-32 of everything before it, low byte first, so the CRC-32 of the whole
+// file is always the same. An upload truncated by a full disk fails here.
 bool IsIntact(const std::string& a_s_path)
 {
-    const std::array<std::uint32_t, 256> l_table = CrcTable();
     std::uint32_t l_u_crc = 0xFFFFFFFFU;
     std::ifstream l_c_file(a_s_path, std::ios::binary);
-    std::array<char, 65536> l_block;
-    while (l_c_file.read(l_block.data(), l_block.size()), l_c_file.gcount() > 0) {
-        for (std::streamsize l_i_at = 0; l_i_at < l_c_file.gcount(); ++l_i_at) {
-            const auto l_u_byte =
-                static_cast<unsigned char>(l_block[static_cast<std::size_t>(l_i_at)]);
-            l_u_crc = l_u_crc >> 8U ^ l_table[(l_u_crc ^ l_u_byte) & 0xFFU];
-        }
+    for (std::istreambuf_iterator<char> l_c_next(l_c_file), l_c_end; l_c_next != l_c_end;
+         ++l_c_next) {
+        l_u_crc ^= static_cast<unsigned char>(*l_c_next);
+        l_u_crc = l_u_crc >> 4U ^ CRC_OF_HALF[l_u_crc & 15U];
+        l_u_crc = l_u_crc >> 4U ^ CRC_OF_HALF[l_u_crc & 15U];
     }
     return (l_u_crc ^ 0xFFFFFFFFU) == 0x2144DF1CU;
-}
-
-std::string Told(const char* a_p_class, const std::string& a_s_text)
-{
-    return "<p class=\"" + std::string(a_p_class) + "\">" + a_s_text + "</p>\n";
 }
 
 // The outcome of the request, to be shown. Writes the status of a request that is refused.
@@ -135,22 +119,24 @@ std::string Receive(cCGI& a_c_page)
     // Before anything is read, because parsing stores a file of any size.
     if (std::atoll(a_c_page.GetEnvironment()["CONTENT_LENGTH"].c_str()) > LARGEST_BODY) {
         std::cout << "Status: 413 Content Too Large\n";
-        return Told("failed", "The image is too large.");
+        return Paragraph(a_c_page, {{"class", "failed"}}, "The image is too large.");
     }
-    const bool l_b_parsed = ParsedOrRefused(a_c_page);
+    const bool l_b_parsed = ParseOrRefuse(a_c_page);
     const std::string l_s_upload = a_c_page.IsPostRsp() ? a_c_page.GetField("image") : "";
     const cImage l_c_image(l_s_upload); // even if interrupted, or it would remain in /tmp
     if (!l_b_parsed) {
-        return Told("failed", "No image arrived, or not all of it.");
+        return Paragraph(a_c_page, {{"class", "failed"}}, "No image arrived, or not all of it.");
     }
     if (!a_c_page.IsPostRsp()) {
         return "";
     }
     if (!l_c_image.IsMoved() || !IsIntact(l_c_image.Path())) {
-        return Told("failed", "This is no image, or it was damaged on its way.");
+        return Paragraph(a_c_page, {{"class", "failed"}},
+                         "This is no image, or it was damaged on its way.");
     }
-    return Told("done", EscapeHtml(l_s_upload.substr(5)) +
-                            " is intact. This page is an example: nothing was installed.");
+    return Paragraph(a_c_page, {{"class", "done"}},
+                     EscapeHtml(l_s_upload.substr(5)) +
+                         " is intact. This page is an example: nothing was installed.");
 }
 
 } // namespace
@@ -159,7 +145,7 @@ int main()
 {
     cCGI l_c_page(cCGI::eXHTML_1_0_TRANSITIONAL);
     const std::string l_s_result = Receive(l_c_page);
-    l_c_page.BeginHtml("Firmware", {}, HeadLines(l_c_page, FIRMWARE_STYLE));
+    BeginPage(l_c_page, "Firmware", FIRMWARE_STYLE);
     l_c_page.DispLine(l_c_page.DecorateText(cCGI::eDISPLAY_H1, "Firmware"));
     l_c_page.DispText(l_c_page.Div({{"id", "result"}, {"role", "status"}}, l_s_result));
     l_c_page.BeginForm({{"action", "firmware_page"},
@@ -167,8 +153,7 @@ int main()
                         {"id", "firmware"},
                         {"method", "post"}});
     l_c_page.DispText(
-        l_c_page.Div({}, "<label for=\"image\">Image</label>\n" +
-                             l_c_page.FileUpload({{"id", "image"}, {"name", "image"}})));
+        l_c_page.Div({}, Label("image", "Image") + "\n" + l_c_page.FileUpload(Named("image"))));
     l_c_page.DispText(l_c_page.Div({{"class", "actions"}},
                                    l_c_page.Submit({{"class", "main"}, {"id", "send"}}, "Send")));
     l_c_page.EndForm();

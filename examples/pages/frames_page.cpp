@@ -4,7 +4,7 @@
 
 #include <iostream>
 
-#include "head.h"
+#include "page.h"
 #include "request.h"
 
 namespace
@@ -28,7 +28,7 @@ void ShowFrames(const cCGI& a_c_page)
 
 void ShowMenu(cCGI& a_c_page)
 {
-    a_c_page.BeginHtml("Menu", {}, HeadLines(a_c_page, "a { display: block; }"));
+    BeginPage(a_c_page, "Menu", "a { display: block; }");
     const char* const l_pages[][2] = {{"settings_page", "Settings"},
                                       {"firmware_page", "Firmware"},
                                       {"login_page", "Login"},
@@ -47,7 +47,7 @@ int main()
 {
     // The menu's links name a target frame, which the strict document type does not allow.
     cCGI l_c_page(cCGI::eXHTML_1_0_TRANSITIONAL);
-    ParsedOrRefused(l_c_page);
+    ParseOrRefuse(l_c_page);
     if (l_c_page.GetField("show") == "menu") {
         ShowMenu(l_c_page);
     } else {

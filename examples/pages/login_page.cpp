@@ -12,7 +12,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "head.h"
+#include "page.h"
 #include "request.h"
 
 namespace
@@ -22,10 +22,9 @@ constexpr const char* const LOGIN_STYLE = R"css(
 form { max-width: 24rem; }
 label { display: block; margin-top: .75rem; }
 input[type=submit] { margin-top: 1rem; }
-.done { padding: .6rem .8rem; background: #e6f4ea; border-left: 4px solid #1e7d3c; }
 )css";
 
-constexpr const char* const SESSION_FOLDER = "/tmp/login_page";
+constexpr const char* const FOLDER = "/tmp/login_page";
 constexpr const char* const SESSION_FILE = "/tmp/login_page/session";
 
 // A real device looks up the user in its own file and checks the password with crypt(3).
@@ -90,9 +89,9 @@ bool IsFromOwnForm(const cCGI& a_c_page)
 // No upload can reach a directory below /tmp, but others might have put one there, with a session.
 bool HasOwnFolder()
 {
-    mkdir(SESSION_FOLDER, S_IRWXU);
+    mkdir(FOLDER, S_IRWXU);
     struct stat l_c_folder = {};
-    return lstat(SESSION_FOLDER, &l_c_folder) == 0 && S_ISDIR(l_c_folder.st_mode) &&
+    return lstat(FOLDER, &l_c_folder) == 0 && S_ISDIR(l_c_folder.st_mode) &&
            l_c_folder.st_uid == geteuid();
 }
 
@@ -100,9 +99,8 @@ bool HasOwnFolder()
 std::string BeginSession()
 {
     const std::string l_s_secret = Secret();
-    const bool l_b_stored =
-        HasOwnFolder() && (std::ofstream(SESSION_FILE) << l_s_secret << std::endl);
-    return l_b_stored ? l_s_secret : "";
+    return HasOwnFolder() && (std::ofstream(SESSION_FILE) << l_s_secret << std::endl) ? l_s_secret
+                                                                                        : "";
 }
 
 bool HasSession()
@@ -141,10 +139,9 @@ void ShowForm(cCGI& a_c_page, const std::string& a_s_token)
 {
     const std::string l_s_hidden = a_c_page.Hidden({{"name", "token"}}, EscapeHtml(a_s_token));
     const std::string l_s_login =
-        "<label for=\"user\">Name</label>\n" +
-        a_c_page.Text({{"id", "user"}, {"name", "user"}}, EscapeHtml(a_c_page.GetField("user"))) +
-        "<label for=\"password\">Password</label>\n" +
-        a_c_page.Password({{"id", "password"}, {"name", "password"}}) +
+        Label("user", "Name") + "\n" +
+        a_c_page.Text(Named("user"), EscapeHtml(a_c_page.GetField("user"))) +
+        Label("password", "Password") + "\n" + a_c_page.Password(Named("password")) +
         a_c_page.Submit({{"class", "main"}, {"name", "action"}}, "Log in");
     a_c_page.BeginForm({{"action", "login_page"}, {"method", "post"}});
     a_c_page.DispText(a_c_page.Div(
@@ -159,12 +156,13 @@ void Show(cCGI& a_c_page, const std::string& a_s_fault)
     const std::string l_s_token = GetCookie("token").empty() ? Secret() : GetCookie("token");
     SetCookie("token", l_s_token);
     std::cout << "Cache-Control: no-store\n"; // a page for one user that contains a secret
-    a_c_page.BeginHtml("Login", {}, HeadLines(a_c_page, LOGIN_STYLE));
+    BeginPage(a_c_page, "Login", LOGIN_STYLE);
     a_c_page.DispLine(a_c_page.DecorateText(cCGI::eDISPLAY_H1, "Login"));
     if (!a_s_fault.empty()) {
-        a_c_page.DispLine(R"(<p class="failed" role="alert">)" + a_s_fault + "</p>");
+        a_c_page.DispText(Paragraph(a_c_page, {{"class", "failed"}, {"role", "alert"}}, a_s_fault));
     } else if (!l_s_message.empty()) {
-        a_c_page.DispLine(R"(<p class="done" role="status">)" + EscapeHtml(l_s_message) + "</p>");
+        a_c_page.DispText(
+            Paragraph(a_c_page, {{"class", "done"}, {"role", "status"}}, EscapeHtml(l_s_message)));
     }
     ShowForm(a_c_page, l_s_token);
     a_c_page.EndHtml();
@@ -175,14 +173,16 @@ void Show(cCGI& a_c_page, const std::string& a_s_fault)
 int main()
 {
     cCGI l_c_page(cCGI::eXHTML_1_0_STRICT);
-    if (!ParsedOrRefused(l_c_page) || !l_c_page.IsPostRsp()) {
-        Show(l_c_page, "");
-        return 0;
-    }
-    const std::string l_s_fault = Serve(l_c_page);
-    if (!l_s_fault.empty()) {
+    std::string l_s_fault;
+    if (!ParseOrRefuse(l_c_page)) {
+        l_s_fault = NOT_ARRIVED;
+    } else if (l_c_page.IsPostRsp()) {
+        l_s_fault = Serve(l_c_page);
+        if (l_s_fault.empty()) {
+            return 0;
+        }
         std::cout << "Status: 403 Forbidden\n";
-        Show(l_c_page, l_s_fault);
     }
+    Show(l_c_page, l_s_fault);
     return 0;
 }

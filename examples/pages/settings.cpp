@@ -48,15 +48,7 @@ bool IsNumber(const std::string& a_s_text, long a_i_least, long a_i_most)
     return l_i_number >= a_i_least && l_i_number <= a_i_most;
 }
 
-// TextArea() writes a newline after the content, which comes back as part of the field.
-void CutLineEnd(std::string& a_s_text)
-{
-    if (a_s_text.size() >= 2 && a_s_text.compare(a_s_text.size() - 2, 2, "\r\n") == 0) {
-        a_s_text.erase(a_s_text.size() - 2);
-    }
-}
-
-template<class tAny> bool IsOneOf(const tAny& a_c_choices, const std::string& a_s_text)
+template<class tChoices> bool IsOneOf(const tChoices& a_c_choices, const std::string& a_s_text)
 {
     return std::find(std::begin(a_c_choices), std::end(a_c_choices), a_s_text) !=
            std::end(a_c_choices);
@@ -64,19 +56,17 @@ template<class tAny> bool IsOneOf(const tAny& a_c_choices, const std::string& a_
 
 } // namespace
 
-const cCGI::tStrings& LogLevels()
-{
-    static const cCGI::tStrings LEVELS = {"error", "warning", "notice", "debug"};
-    return LEVELS;
-}
-
 tTexts Submitted(const cCGI& a_c_page)
 {
     tTexts l_m_settings;
     for (const char* l_p_name : NAMES) {
         l_m_settings[l_p_name] = a_c_page.GetField(l_p_name);
     }
-    CutLineEnd(l_m_settings["note"]);
+    // TextArea() writes a newline after the content, which comes back as part of the field.
+    std::string& l_s_note = l_m_settings["note"];
+    if (l_s_note.size() >= 2 && l_s_note.compare(l_s_note.size() - 2, 2, "\r\n") == 0) {
+        l_s_note.erase(l_s_note.size() - 2);
+    }
     return l_m_settings;
 }
 
@@ -101,7 +91,7 @@ tTexts Faults(const tTexts& a_m_settings)
                 "Enter four numbers from 0 to 255 with dots between them, such as 10.4.0.17.");
     l_c_require("mtu", IsNumber(a_m_settings.at("mtu"), 576, 9000),
                 "Enter a number from 576 to 9000.");
-    l_c_require("log", IsOneOf(LogLevels(), a_m_settings.at("log")), "Choose one of the levels.");
+    l_c_require("log", IsOneOf(LOG_LEVELS, a_m_settings.at("log")), "Choose one of the levels.");
     l_c_require("note", CountCharacters(a_m_settings.at("note")) <= 500,
                 "Use at most 500 characters.");
     return l_m_faults;

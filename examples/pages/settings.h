@@ -7,8 +7,7 @@
 using tTexts = cCGI::tFormData;
 
 constexpr const char* const METHODS[] = {"static", "dhcp"};
-
-const cCGI::tStrings& LogLevels();
+constexpr const char* const LOG_LEVELS[] = {"error", "warning", "notice", "debug"};
 
 /// The settings in a request; one that is missing is empty.
 tTexts Submitted(const cCGI& a_c_page);

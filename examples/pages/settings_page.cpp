@@ -5,11 +5,12 @@
 #include <cgilib.h>
 #include <cgilib_escape.h>
 
+#include <iterator>
 #include <string>
 #include <tinyxml.h>
 
 #include "configuration.h"
-#include "head.h"
+#include "page.h"
 #include "request.h"
 #include "settings.h"
 
@@ -28,7 +29,6 @@ legend { padding: 0; font-weight: 600; }
 .fields input[aria-invalid] { border: 2px solid #b3261e; }
 .failed ul { margin: .3rem 0 0; padding-left: 1.2rem; }
 .failed a { color: inherit; }
-.done { padding: .6rem .8rem; background: #e6f4ea; color: #0d4a22; border-left: 4px solid #1e7d3c; }
 caption { margin-bottom: .5rem; text-align: left; font-weight: 600; font-size: 1.15rem; }
 th small { display: block; font-weight: 400; }
 .wide { overflow-x: auto; }
@@ -80,62 +80,44 @@ private:
         return EscapeHtml(m_m_settings.at(a_c_field.m_p_name));
     }
 
-    bool HasFault(const sField& a_c_field) const
-    {
-        return m_m_faults.count(a_c_field.m_p_name) > 0;
-    }
-
     // What a screen reader announces with the control: whether it is valid, and the texts near it.
-    cCGI::tAttributes Described(const sField& a_c_field) const
+    cCGI::tAttributes Described(const sField& a_c_field, cCGI::tAttributes a_m_attributes) const
     {
         const std::string l_s_name = a_c_field.m_p_name;
-        cCGI::tAttributes l_m_attributes = {{"id", l_s_name},
-                                            {"aria-describedby", l_s_name + "_hint"}};
-        if (HasFault(a_c_field)) {
-            l_m_attributes["aria-describedby"] = l_s_name + "_error " + l_s_name + "_hint";
-            l_m_attributes["aria-invalid"] = "true";
+        a_m_attributes["aria-describedby"] = l_s_name + "_hint";
+        if (m_m_faults.count(l_s_name) > 0) {
+            a_m_attributes["aria-describedby"] = l_s_name + "_error " + l_s_name + "_hint";
+            a_m_attributes["aria-invalid"] = "true";
         }
-        return l_m_attributes;
+        return a_m_attributes;
     }
 
-    cCGI::tAttributes Named(const sField& a_c_field) const
+    cCGI::tAttributes Control(const sField& a_c_field, const std::string& a_s_default = "") const
     {
-        cCGI::tAttributes l_m_attributes = Described(a_c_field);
-        l_m_attributes["name"] = a_c_field.m_p_name;
-        return l_m_attributes;
+        return Described(a_c_field, Named(a_c_field.m_p_name, a_s_default));
     }
 
     std::string Texts(const sField& a_c_field) const
     {
         const std::string l_s_name = a_c_field.m_p_name;
-        std::string l_s_texts = Paragraph("hint", l_s_name, a_c_field.m_p_hint);
-        if (HasFault(a_c_field)) {
-            l_s_texts += Paragraph("error", l_s_name, m_m_faults.at(l_s_name));
+        std::string l_s_texts = Paragraph(m_c_page, {{"class", "hint"}, {"id", l_s_name + "_hint"}},
+                                          a_c_field.m_p_hint);
+        if (m_m_faults.count(l_s_name) > 0) {
+            l_s_texts += Paragraph(m_c_page, {{"class", "error"}, {"id", l_s_name + "_error"}},
+                                   m_m_faults.at(l_s_name));
         }
         return l_s_texts;
     }
 
-    static std::string Paragraph(const std::string& a_s_class, const std::string& a_s_name,
-                                 const std::string& a_s_text)
-    {
-        return "<p class=\"" + a_s_class + "\" id=\"" + a_s_name + "_" + a_s_class + "\">" +
-               a_s_text + "</p>\n";
-    }
-
     std::string Row(const sField& a_c_field, const std::string& a_s_control) const
     {
-        return m_c_page.Div({}, Label(a_c_field.m_p_name, a_c_field.m_p_label) + Texts(a_c_field) +
-                                    a_s_control);
-    }
-
-    static std::string Label(const std::string& a_s_id, const std::string& a_s_text)
-    {
-        return "<label for=\"" + a_s_id + "\">" + a_s_text + "</label>\n";
+        return m_c_page.Div({}, Label(a_c_field.m_p_name, a_c_field.m_p_label) + "\n" +
+                                    Texts(a_c_field) + a_s_control);
     }
 
     std::string TextRow(const sField& a_c_field) const
     {
-        return Row(a_c_field, m_c_page.Text(Named(a_c_field), Value(a_c_field)));
+        return Row(a_c_field, m_c_page.Text(Control(a_c_field), Value(a_c_field)));
     }
 
     // A group of buttons is named by a legend, since each button has its own label.
@@ -151,10 +133,10 @@ private:
                 l_m_button["checked"] = "checked";
             }
             l_s_buttons +=
-                m_c_page.RadioButton(l_m_button) + Label(l_s_value, l_labels[l_i_choice]);
+                m_c_page.RadioButton(l_m_button) + Label(l_s_value, l_labels[l_i_choice]) + "\n";
         }
-        cCGI::tAttributes l_m_set = Described(METHOD);
-        l_m_set["role"] = "radiogroup";
+        const cCGI::tAttributes l_m_set =
+            Described(METHOD, {{"id", METHOD.m_p_name}, {"role", "radiogroup"}});
         return "<fieldset" + m_c_page.InflateAtomicTag(l_m_set) + ">\n<legend>" + METHOD.m_p_label +
                "</legend>\n" + Texts(METHOD) + m_c_page.Div({}, l_s_buttons) + "</fieldset>\n";
     }
@@ -162,27 +144,27 @@ private:
     // The levels need no escaping; the client's choice is only compared with them.
     std::string LogRow() const
     {
-        cCGI::tAttributes l_m_attributes = Named(LOG);
-        l_m_attributes["DEFAULT"] = m_m_settings.at(LOG.m_p_name);
-        return Row(LOG, m_c_page.PopupMenu(l_m_attributes, LogLevels()));
+        const cCGI::tStrings l_c_levels(std::begin(LOG_LEVELS), std::end(LOG_LEVELS));
+        const std::string& l_s_chosen = m_m_settings.at(LOG.m_p_name);
+        return Row(LOG, m_c_page.PopupMenu(Control(LOG, l_s_chosen), l_c_levels));
     }
 
     // An unchecked box sends nothing.
     std::string NtpRow() const
     {
-        cCGI::tAttributes l_m_attributes = Named(NTP);
+        cCGI::tAttributes l_m_attributes = Control(NTP);
         if (!m_m_settings.at(NTP.m_p_name).empty()) {
             l_m_attributes["checked"] = "checked";
         }
         return "<fieldset>\n<legend>" + std::string(NTP.m_p_label) + "</legend>\n" + Texts(NTP) +
                m_c_page.Div({}, m_c_page.CheckBox(l_m_attributes) +
-                                    Label(NTP.m_p_name, "Keep it right")) +
+                                    Label(NTP.m_p_name, "Keep it right") + "\n") +
                "</fieldset>\n";
     }
 
     std::string NoteRow() const
     {
-        return Row(NOTE, m_c_page.TextArea(Named(NOTE), Value(NOTE), 3, 40));
+        return Row(NOTE, m_c_page.TextArea(Control(NOTE), Value(NOTE), 3, 40));
     }
 
     cCGI& m_c_page;
@@ -228,7 +210,8 @@ void ShowInterfaces(const cCGI& a_c_page, TiXmlDocument& a_c_document)
 int main()
 {
     cCGI l_c_page(cCGI::eXHTML_1_0_STRICT);
-    const bool l_b_submitted = ParsedOrRefused(l_c_page) && l_c_page.IsPostRsp();
+    const bool l_b_parsed = ParseOrRefuse(l_c_page);
+    const bool l_b_submitted = l_b_parsed && l_c_page.IsPostRsp();
     TiXmlDocument l_c_document;
     const bool l_b_loaded = l_c_document.LoadFile(CONFIG_PATH);
     const tTexts l_m_settings = l_b_submitted ? Submitted(l_c_page) : Configured(l_c_document);
@@ -236,17 +219,22 @@ int main()
 
     // A screen reader announces the title first.
     const std::string l_s_title = "Device settings";
-    l_c_page.BeginHtml(l_m_faults.empty() ? l_s_title : "Not saved: " + l_s_title, {},
-                       HeadLines(l_c_page, FIELD_STYLE));
+    const bool l_b_good = l_b_parsed && l_m_faults.empty();
+    BeginPage(l_c_page, l_b_good ? l_s_title : "Not saved: " + l_s_title, FIELD_STYLE);
     l_c_page.DispLine(l_c_page.DecorateText(cCGI::eDISPLAY_H1, l_s_title));
     if (!l_b_loaded) {
-        l_c_page.DispLine("<p class=\"failed\">The configuration cannot be read.</p>");
+        l_c_page.DispText(
+            Paragraph(l_c_page, {{"class", "failed"}}, "The configuration cannot be read."));
     }
-    if (!l_m_faults.empty()) {
+    if (!l_b_parsed) {
+        l_c_page.DispText(
+            Paragraph(l_c_page, {{"class", "failed"}, {"role", "alert"}}, NOT_ARRIVED));
+    } else if (!l_m_faults.empty()) {
         ShowFaults(l_c_page, l_m_faults);
     } else if (l_b_submitted) {
-        l_c_page.DispLine("<p class=\"done\" id=\"done\" role=\"status\">Accepted. This page is an "
-                          "example: nothing was changed.</p>");
+        l_c_page.DispText(Paragraph(l_c_page,
+                                    {{"class", "done"}, {"id", "done"}, {"role", "status"}},
+                                    "Accepted. This page is an example: nothing was changed."));
     }
     cForm(l_c_page, l_m_settings, l_m_faults).Show();
     ShowInterfaces(l_c_page, l_c_document);

@@ -1,11 +1,12 @@
-#ifndef HEAD_H
-#define HEAD_H
+#ifndef PAGE_H
+#define PAGE_H
 
 #include <cgilib.h>
 
 #include <string>
 
-/// The style that all pages share.
+// What the pages share: the style, the beginning, and the parts of a form.
+
 constexpr const char* const STYLE = R"css(<style type="text/css">
 * { box-sizing: border-box; }
 body { margin: 0 auto; max-width: 58rem; padding: 1.5rem 1rem 3rem; background: #f4f6f8;
@@ -31,7 +32,9 @@ input[type=submit].main { background: #0b5394; color: #fff; }
 input[type=image] { vertical-align: middle; }
 :focus-visible { outline: 3px solid #b35c00; outline-offset: 2px; }
 .hint { color: #52606f; font-size: .9rem; font-weight: 400; }
-.failed { padding: .6rem .8rem; background: #fdecea; color: #86170e; border-left: 4px solid #b3261e; }
+.done, .failed { padding: .6rem .8rem; background: #e6f4ea; color: #0d4a22;
+  border-left: 4px solid #1e7d3c; }
+.failed { background: #fdecea; color: #86170e; border-left-color: #b3261e; }
 .actions { display: flex; flex-wrap: wrap; gap: .6rem; align-items: center; margin-bottom: .75rem; }
 table { width: 100%; margin-bottom: 1rem; border-collapse: collapse; }
 th, td { padding: .5rem .6rem .5rem 0; text-align: left; vertical-align: top;
@@ -46,10 +49,10 @@ pre { margin: .5rem 0 0; white-space: pre-wrap; overflow-wrap: anywhere; }
 }
 </style>)css";
 
-/// The head lines of every page, including the page's own style rules.
-inline cCGI::tStrings HeadLines(const cCGI& a_c_page, const std::string& a_s_style)
+/// Writes a page up to the start of its body, with its own style rules.
+inline void BeginPage(cCGI& a_c_page, const std::string& a_s_title, const std::string& a_s_style)
 {
-    return {
+    const cCGI::tStrings l_c_head = {
         // The XML declaration names another encoding; browsers follow this line.
         a_c_page.Meta({{"http-equiv", "Content-Type"}, {"content", "text/html; charset=utf-8"}}),
         a_c_page.Meta({{"name", "viewport"}, {"content", "width=device-width"}}),
@@ -58,6 +61,30 @@ inline cCGI::tStrings HeadLines(const cCGI& a_c_page, const std::string& a_s_sty
         STYLE,
         "<style type=\"text/css\">" + a_s_style + "</style>",
     };
+    a_c_page.BeginHtml(a_s_title, {}, l_c_head);
+}
+
+/// A paragraph. The text is not escaped.
+inline std::string Paragraph(const cCGI& a_c_page, const cCGI::tAttributes& a_m_attributes,
+                             const std::string& a_s_text)
+{
+    return "<p" + a_c_page.InflateAtomicTag(a_m_attributes) + ">" + a_s_text + "</p>\n";
+}
+
+/// The label of the control with this id.
+inline std::string Label(const std::string& a_s_id, const std::string& a_s_text)
+{
+    return "<label for=\"" + a_s_id + "\">" + a_s_text + "</label>";
+}
+
+/// The attributes of a control whose name is also its id.
+inline cCGI::tAttributes Named(const std::string& a_s_name, const std::string& a_s_default = "")
+{
+    cCGI::tAttributes l_m_attributes = {{"id", a_s_name}, {"name", a_s_name}};
+    if (!a_s_default.empty()) {
+        l_m_attributes["DEFAULT"] = a_s_default;
+    }
+    return l_m_attributes;
 }
 
 #endif
