@@ -51,6 +51,7 @@ int main()
     if (l_c_page.GetField("show") == "menu") {
         ShowMenu(l_c_page);
     } else {
+        std::cout << NO_FOREIGN_FRAME;
         ShowFrames(l_c_page);
     }
     return 0;

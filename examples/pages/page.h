@@ -3,6 +3,7 @@
 
 #include <cgilib.h>
 
+#include <iostream>
 #include <string>
 
 // What the pages share: the style, the beginning, and the parts of a form.
@@ -49,6 +50,10 @@ pre { margin: .5rem 0 0; white-space: pre-wrap; overflow-wrap: anywhere; }
 }
 </style>)css";
 
+/// The header field that keeps other sites' pages from showing a page in a frame, where its user
+/// would not know what they click.
+constexpr const char* const NO_FOREIGN_FRAME = "X-Frame-Options: SAMEORIGIN\n";
+
 /// Writes a page up to the start of its body, with its own style rules.
 inline void BeginPage(cCGI& a_c_page, const std::string& a_s_title, const std::string& a_s_style)
 {
@@ -61,6 +66,7 @@ inline void BeginPage(cCGI& a_c_page, const std::string& a_s_title, const std::s
         STYLE,
         "<style type=\"text/css\">" + a_s_style + "</style>",
     };
+    std::cout << NO_FOREIGN_FRAME;
     a_c_page.BeginHtml(a_s_title, {}, l_c_head);
 }
 
