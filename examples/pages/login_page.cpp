@@ -1,14 +1,17 @@
 // Logs a user in and out: a redirect after each POST, a session in a cookie, a message that
-// survives the redirect, and a token that keeps out other sites' forms.
+// survives the redirect, a token that keeps out other sites' forms, and a limit on guesses.
 #include <cgilib.h>
 #include <cgilib_cookie.h>
 #include <cgilib_escape.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
+#include <fcntl.h>
 #include <fstream>
 #include <iostream>
 #include <string>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,6 +29,7 @@ input[type=submit] { margin-top: 1rem; }
 
 constexpr const char* const FOLDER = "/tmp/login_page";
 constexpr const char* const SESSION_FILE = "/tmp/login_page/session";
+constexpr const char* const LAST_ATTEMPT_FILE = "/tmp/login_page/last_attempt";
 
 // A real device looks up the user in its own file and checks the password with crypt(3).
 bool IsKnown(const std::string& a_s_user, const std::string& a_s_password)
@@ -84,6 +88,16 @@ bool IsFromOwnForm(const cCGI& a_c_page)
     return !l_s_token.empty() && l_s_token == a_c_page.GetField("token");
 }
 
+// Another server on the device shares its cookies, whatever its port, but not its origin. Browsers
+// send the origin with every POST; without one, no page sent the request.
+bool IsFromOwnOrigin()
+{
+    const char* const l_p_origin = std::getenv("HTTP_ORIGIN");
+    const char* const l_p_host = std::getenv("HTTP_HOST");
+    const std::string l_s_scheme = std::getenv("HTTPS") == nullptr ? "http://" : "https://";
+    return l_p_origin == nullptr || (l_p_host != nullptr && l_p_origin == l_s_scheme + l_p_host);
+}
+
 // ---- The session: only one, from the last login. A real device also ends it after a while ----
 
 // No upload can reach a directory below /tmp, but others might have put one there, with a session.
@@ -95,12 +109,11 @@ bool HasOwnFolder()
            l_c_folder.st_uid == geteuid();
 }
 
-// The session's secret, or an empty string if it could not be stored.
+// The session's secret, or an empty string if it could not be stored. Requires the own folder.
 std::string BeginSession()
 {
     const std::string l_s_secret = Secret();
-    return HasOwnFolder() && (std::ofstream(SESSION_FILE) << l_s_secret << std::endl) ? l_s_secret
-                                                                                        : "";
+    return std::ofstream(SESSION_FILE) << l_s_secret << std::endl ? l_s_secret : "";
 }
 
 bool HasSession()
@@ -110,18 +123,38 @@ bool HasSession()
            !l_s_secret.empty() && l_s_secret == GetCookie("session");
 }
 
+// Whether a password may be tried: one per second, whoever sends it, and however many at a time. No
+// client can evade that, but one that keeps guessing also keeps everybody else out.
+bool MayTry()
+{
+    const int l_i_file =
+        HasOwnFolder() ? open(LAST_ATTEMPT_FILE, O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR)
+                       : -1;
+    flock(l_i_file, LOCK_EX);
+    const std::time_t l_i_now = std::time(nullptr);
+    std::time_t l_i_last = 0;
+    const bool l_b_may = pread(l_i_file, &l_i_last, sizeof l_i_last, 0) >= 0 &&
+                         l_i_last != l_i_now && pwrite(l_i_file, &l_i_now, sizeof l_i_now, 0) > 0;
+    close(l_i_file);
+    return l_b_may;
+}
+
 // ---- The page ----
 
 // Does what the form asks for and redirects, or returns what is wrong with it.
 std::string Serve(const cCGI& a_c_page)
 {
-    if (!IsFromOwnForm(a_c_page)) {
+    if (!IsFromOwnOrigin() || !IsFromOwnForm(a_c_page)) {
         return "Please send the form again. The browser has to accept cookies.";
     }
     if (HasSession() && a_c_page.GetField("action") == "Log out") {
         std::remove(SESSION_FILE);
         Redirect("login_page", {{"message", "Logged out."}});
         return "";
+    }
+    if (!MayTry()) {
+        return HasOwnFolder() ? "Another password was tried just now. Please try again."
+                              : "The session cannot be stored.";
     }
     if (!IsKnown(a_c_page.GetField("user"), a_c_page.GetField("password"))) {
         return "The name or the password is wrong.";
@@ -131,7 +164,8 @@ std::string Serve(const cCGI& a_c_page)
         return "The session cannot be stored.";
     }
     Redirect("login_page", {{"message", "Logged in as " + a_c_page.GetField("user") + "."},
-                            {"session", l_s_session}});
+                            {"session", l_s_session},
+                            {"token", Secret()}}); // the last one may be known to another site
     return "";
 }
 
