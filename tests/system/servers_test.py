@@ -8,17 +8,21 @@ import unittest
 import harness
 from harness import curl
 
-# Configuration: the program; what a client gets for a request that the handler refuses, for a body above the limit and
-# for a path after the program's name (a status, 0 for no response, or None if there is no limit); the added headers.
+# Configuration: the program; the status of a body above the limit, if there is one; the added
+# headers; the status (0 without a response) of a request that the handler refuses, of a path after
+# the program's name, and from an address that has no access.
+ADDED = b"nosniff", b"SAMEORIGIN", b"no-store"
 SERVERS = {
-    "apache": ("apache2", 500, 413, 404, (b"nosniff", b"no-store")),
-    "busybox-httpd": ("busybox", 0, None, 200, (b"", b"")),
-    "lighttpd": ("lighttpd", 500, 413, 404, (b"nosniff", b"no-store")),
-    "nginx": ("fcgiwrap", 502, 413, 404, (b"nosniff", b"no-store")),
+    "apache": ("apache2", 413, ADDED, 500, 404, 200),
+    "busybox-httpd": ("busybox", None, (b"", b"", b""), 0, 200, 403),
+    "lighttpd": ("lighttpd", 413, ADDED, 500, 404, 200),
+    "nginx": ("fcgiwrap", 413, ADDED, 502, 404, 200),
 }
-HEADERS = "-o/dev/null", "-w%{content_type} %header{x-content-type-options} %header{cache-control}%{http_code}"
+HEADERS = ("-o/dev/null", "-w%{content_type} %header{x-content-type-options} "
+                          "%header{x-frame-options} %header{cache-control}%{http_code}")
 SOURCE, STORED = pathlib.Path("/home/upload.bin"), pathlib.Path("/tmp/upload.bin")
-FIELDS = "plus%2B+%26+equals%3D=//user[@name='jmueller']/fullname/text()", "id=//rule[@id = '90' and 1+1 = 2]/@id"
+FIELDS = ("--data-urlencode", "plus%2B+%26+equals%3D=//user[@name='jmueller']/fullname/text()",
+          "--data-urlencode", "id=//rule[@id = '90' and 1+1 = 2]/@id")
 VALUES = {"plus+ & equals=": "Jana Müller", "id": "90"}
 
 
@@ -28,30 +32,32 @@ def answered(**values):
 
 class Servers(unittest.TestCase):
     def check_answers(self, url):
-        encoded = [argument for field in FIELDS for argument in ("--data-urlencode", field)]
-        for arguments in (("-G", *encoded), encoded):
-            self.assertEqual(curl(*arguments, url), answered(**VALUES))
+        for way in ("-G", "-XPOST"):
+            self.assertEqual(curl(way, *FIELDS, url), answered(**VALUES), way)
 
     def check_uploads(self, url, too_large):
         SOURCE.write_bytes(os.urandom(10 << 20) + b"\r\n" * 1000)
-        for options in ((), ("--limit-rate", "20M")):
-            parts = "-F", "a=//hostname/text()", "-F", "b=//mtu\r\n[1]\n/text()", "-F", f"f=@{SOURCE}"
-            self.assertEqual(curl(*options, *parts, url), answered(a="gateway-7", b="1500", f=""))
-            self.assertEqual(STORED.read_bytes(), SOURCE.read_bytes())
-        STORED.unlink()
+        parts = "-Fa=//hostname/text()", "-Fb=//mtu\r\n[1]\n/text()", f"-Ff=@{SOURCE}"
+        for rate in ("1G", "20M"):
+            answer = curl("--limit-rate", rate, *parts, url)
+            self.assertEqual(answer, answered(a="gateway-7", b="1500", f=""), rate)
+            self.assertEqual(STORED.read_bytes(), SOURCE.read_bytes(), rate)
+            STORED.unlink()
         for program, limit in (("query", 64 << 20), ("page", 64 << 10)) if too_large else ():
             os.truncate(SOURCE, limit)
-            self.assertEqual(curl("-F", f"f=@{SOURCE}", url + "/../" + program)[1], too_large)
-            self.assertFalse(STORED.exists())
+            self.assertEqual(curl(parts[-1], f"{url}/../{program}")[1], too_large, program)
+            self.assertFalse(STORED.exists(), program)
 
     def check_headers(self, folder, added):
         pathlib.Path("/home/httpd/html/index.html").write_text("<p>Device</p>")
-        self.assertEqual(curl(*HEADERS, folder + "/../"), (b"text/html %b " % added[0], 200))
-        self.assertEqual(curl(*HEADERS, folder + "/query"), (b"application/json %b %b" % added, 200))
+        for path, expected in (("/../", b"text/html %b %b " % added[:2]),
+                               ("/query", b"application/json %b %b %b" % added)):
+            self.assertEqual(curl(*HEADERS, folder + path), (expected, 200))
 
-    def check_refusals(self, url, refused, behind):
-        self.assertEqual((curl("-X", "DELETE", url)[1], curl(url + "/a/b")[1]), (refused, behind))
-        self.assertNotEqual(curl("-X", "TRACE", url)[1], 200)
+    def check_refusals(self, url, *refused):
+        arguments = ("-XDELETE", url), (url + "/a/b",), ("--interface", "127.0.0.2", url)
+        self.assertEqual(tuple(curl(*each)[1] for each in arguments), refused)
+        self.assertNotEqual(curl("-XTRACE", url)[1], 200)
 
     def check_many_at_a_time(self, url):
         with concurrent.futures.ThreadPoolExecutor(100) as pool:
@@ -60,9 +66,8 @@ class Servers(unittest.TestCase):
 
     def test_each(self):
         harness.install_config()
-        self.assertEqual({path.name for path in harness.SERVER_CONFIGS.iterdir()},
-                         {f"{name}.conf" for name in SERVERS} | {"lighttpd.init"})
-        for name, (program, refused, too_large, behind, added) in SERVERS.items():
+        self.assertEqual({path.stem for path in harness.SERVER_CONFIGS.iterdir()}, set(SERVERS))
+        for name, (program, too_large, added, *refused) in SERVERS.items():
             with self.subTest(name):
                 if shutil.which(program, path=harness.PATH) is None:
                     self.skipTest(f"{program} is not installed")
@@ -72,5 +77,5 @@ class Servers(unittest.TestCase):
                     self.check_answers(folder + "/query")
                     self.check_uploads(folder + "/query", too_large)
                     self.check_headers(folder, added)
-                    self.check_refusals(folder + "/query", refused, behind)
+                    self.check_refusals(folder + "/query", *refused)
                     self.check_many_at_a_time(folder + "/query")
