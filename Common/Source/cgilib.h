@@ -156,7 +156,12 @@ public:
     /// The POST data for a POST request, otherwise the GET data.
     tFormData& GetData() { return IsPostRsp() ? m_m_postData : m_m_getData; }
 
-    /// Always empty after a parse: the path of an upload is the value of its field.
+    /// The path of the file in which the last parse stored an upload, or part of one; empty if
+    /// there is none. The upload's field has the same value, but so can a text field that a client
+    /// sends: a page must not move or remove a file for that.
+    const std::string& GetStoredUpload() const { return m_s_storedUpload; }
+
+    /// Always empty after a parse: see GetStoredUpload().
     std::string& GetUploadFilename() { return m_s_uploadFilename; }
 
     /// Always false after a parse.
@@ -506,6 +511,7 @@ private:
     std::string m_s_uploadFilename;
     std::unique_ptr<char[]> m_p_readBuffer; // for multipart bodies
     bool m_b_bodyComplete = false;
+    std::string m_s_storedUpload;
 };
 
 std::ostream& operator<<(std::ostream& a_c_stream, const cCGI& a_c_request);

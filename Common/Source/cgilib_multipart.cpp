@@ -91,7 +91,7 @@ public:
     // also has room for waiting bytes.
     cMultipartParser(const std::string& a_s_boundary, std::uint64_t a_u_length,
                      std::unique_ptr<char[]>& a_p_buffer, std::size_t a_u_readSize,
-                     cCGI::tFormData& a_m_postData);
+                     cCGI::tFormData& a_m_postData, std::string& a_s_storedUpload);
 
     // Reads once from standard input. Returns whether there is a step to take: false at the end of
     // the body and after an error.
@@ -126,6 +126,7 @@ private:
     cAccumulator m_c_accumulator;
     std::uint64_t m_u_remaining; // bytes of the body not yet read
     cCGI::tFormData& m_m_postData;
+    std::string& m_s_storedUpload;
 
     eOutcome m_e_outcome = eGOING;
     bool m_b_closed = false;     // nothing follows the closing boundary
@@ -142,10 +143,10 @@ private:
 
 cMultipartParser::cMultipartParser(const std::string& a_s_boundary, std::uint64_t a_u_length,
                                    std::unique_ptr<char[]>& a_p_buffer, std::size_t a_u_readSize,
-                                   cCGI::tFormData& a_m_postData)
+                                   cCGI::tFormData& a_m_postData, std::string& a_s_storedUpload)
     : m_s_delimiter("\r\n--" + a_s_boundary), m_u_readSize(a_u_readSize),
       m_c_accumulator(a_p_buffer, std::max(m_u_readSize, m_s_delimiter.size()), m_u_readSize),
-      m_u_remaining(a_u_length), m_m_postData(a_m_postData)
+      m_u_remaining(a_u_length), m_m_postData(a_m_postData), m_s_storedUpload(a_s_storedUpload)
 {
     // The first boundary is not preceded by a CRLF; with this one it matches the delimiter like
     // every later boundary.
@@ -318,6 +319,7 @@ bool cMultipartParser::OpenUpload()
                m_s_uploadPath.c_str(), std::strerror(errno));
         return false;
     }
+    m_s_storedUpload = m_s_uploadPath;
     // Unbuffered, so what fwrite reports as written is in the file, and large chunks are not split.
     std::setvbuf(m_p_uploadFile.get(), nullptr, _IONBF, 0);
     return true;
@@ -350,6 +352,7 @@ bool cCGI::ParseMultipartData()
 {
     const sBlockingOutput l_c_output;
     m_b_bodyComplete = false;
+    m_s_storedUpload.clear();
     syslog(LOG_DEBUG, "cCGI::%s", FUNCTION);
 
     if (fcntl(STDIN_FILENO, F_SETFL, fcntl(STDIN_FILENO, F_GETFL) | O_NONBLOCK) == -1) {
@@ -384,7 +387,7 @@ bool cCGI::ParseMultipartData()
     // 64 bits even if long has 32: the count of a body past 4 GiB must not wrap.
     const std::uint64_t l_u_length = std::strtoull(l_p_length->c_str(), nullptr, 10);
     cMultipartParser l_c_parser(l_p_type->substr(l_u_equals + 1), l_u_length, m_p_readBuffer,
-                                READ_BUFFER_SIZE, m_m_postData);
+                                READ_BUFFER_SIZE, m_m_postData, m_s_storedUpload);
     eParseState l_e_parseState = eREAD_ENTITY_HEADER;
     while (l_c_parser.Refill()) {
         switch (l_e_parseState) {

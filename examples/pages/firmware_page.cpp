@@ -13,7 +13,6 @@
 #include <iostream>
 #include <iterator>
 #include <string>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "page.h"
@@ -23,10 +22,6 @@ namespace
 {
 
 constexpr long long LARGEST_BODY = 48LL << 20U; // the space available in /tmp
-
-// Uploads to this page get this mode, which no other file in /tmp has: it tells them apart from a
-// file that the client only names.
-constexpr mode_t UPLOAD_MODE = S_IWUSR;
 
 constexpr const char* const FIRMWARE_STYLE = R"css(
 .actions { margin-top: 1rem; }
@@ -63,19 +58,13 @@ form.addEventListener("submit", (event) => {
 class cImage
 {
 public:
-    // Moves an upload there. The value of its field may instead be text that the client sent.
+    // Moves an upload there.
     explicit cImage(const std::string& a_s_upload)
     {
-        struct stat l_c_file = {};
         char l_folder[] = "/tmp/firmware.XXXXXX";
-        if (a_s_upload.compare(0, 5, "/tmp/") == 0 &&
-            a_s_upload.find('/', 5) == std::string::npos &&
-            lstat(a_s_upload.c_str(), &l_c_file) == 0 &&
-            l_c_file.st_mode == (S_IFREG | UPLOAD_MODE) && l_c_file.st_uid == geteuid() &&
-            mkdtemp(l_folder) != nullptr) {
+        if (!a_s_upload.empty() && mkdtemp(l_folder) != nullptr) {
             m_s_folder = l_folder;
-            m_b_moved = std::rename(a_s_upload.c_str(), Path().c_str()) == 0 &&
-                        chmod(Path().c_str(), S_IRUSR | S_IWUSR) == 0;
+            m_b_moved = std::rename(a_s_upload.c_str(), Path().c_str()) == 0;
         }
     }
 
@@ -126,10 +115,9 @@ std::string Receive(cCGI& a_c_page)
         std::cout << "Status: 413 Content Too Large\n";
         return Paragraph(a_c_page, {{"class", "failed"}}, "The image is too large.");
     }
-    const mode_t l_u_mask = umask(ACCESSPERMS & ~UPLOAD_MODE);
     const bool l_b_parsed = ParseOrRefuse(a_c_page);
-    umask(l_u_mask);
-    const std::string l_s_upload = a_c_page.IsPostRsp() ? a_c_page.GetField("image") : "";
+    // Not the value of the field, which the client may have sent as a text.
+    const std::string l_s_upload = a_c_page.GetStoredUpload();
     const cImage l_c_image(l_s_upload); // even if interrupted, or it would remain in /tmp
     if (!l_b_parsed) {
         return Paragraph(a_c_page, {{"class", "failed"}}, "No image arrived, or not all of it.");
@@ -137,11 +125,7 @@ std::string Receive(cCGI& a_c_page)
     if (!a_c_page.IsPostRsp()) {
         return "";
     }
-    if (!l_c_image.IsMoved()) {
-        return Paragraph(a_c_page, {{"class", "failed"}},
-                         "No image arrived, or /tmp has another file of this name.");
-    }
-    if (!IsIntact(l_c_image.Path())) {
+    if (!l_c_image.IsMoved() || !IsIntact(l_c_image.Path())) {
         return Paragraph(a_c_page, {{"class", "failed"}},
                          "This is no image, or it was damaged on its way.");
     }
