@@ -28,7 +28,9 @@ class Flow(unittest.TestCase):
         written = [(5, "  cPidFile::WriteFile(): Writing pid PID to pidfile '/var/run/query.pid'")]
         for stored, logged in (("", written), ("9" * 20, written), ("4194305", written),
                                (str(other), written), (f"  {live}abc rest", met), ("word", []),
-                               ("0", []), ("\n", []), ("-5", []), (" " * 60 + str(other), [])):
+                               ("0", []), ("\n", []), ("+4194305", []), (" -1", []),
+                               (" " * 55 + "4194305", written), (" " * 56 + "4194305", []),
+                               (" " * 63 + "4194305", [])):
             PID_FILE.write_text(stored)
             status, output, log = request("GET", "b=dns/server[2]/@priority&a=//hostname/text()")
             self.assertEqual((status, output), (0, answer(a="gateway-7", b="2")), stored)
@@ -105,11 +107,14 @@ class Flow(unittest.TestCase):
 
     @unittest.skipUnless(harness.OTHER_USERS, "only root may have a shell keep the processor")
     def test_no_child_that_waits_for_the_processor_holds_the_response(self):
-        bash, done = pathlib.Path("/tmp/bash"), pathlib.Path("/tmp/done")
-        bash.write_text(f"#!/bin/sh\nuntil [ -e {done} ]; do :; done\n")
+        bash, done, ended = (pathlib.Path("/tmp", name) for name in ("bash", "done", "ended"))
+        # Once the handler has ended, the first shell keeps the processor, for some seconds at most.
+        bash.write_text("#!/bin/sh\n"
+                        "while [ $PPID != 1 ] && [ -e /proc/$PPID ]; do sleep 0.01; done\n"
+                        f"until [ -e {done} ] || [ ${{turn:=0}} = 3000000 ]; do\n"
+                        f"turn=$((turn + 1))\ndone\n>{ended}\n")
         bash.chmod(0o755)
         self.addCleanup(done.touch)
-        # The second child does not run until the first one, by then a shell, ends.
-        response = request("GET", "a=//mtu[. = 1500]/text()", PATH="/tmp:/usr/bin:/bin",
-                           command=("chrt", "-f", "1", *ONE_CORE))
-        self.assertEqual(response[:2], (0, answer(a="1500")))
+        command = "chrt", "-f", "1", *ONE_CORE
+        response = request("GET", "a=//mtu[. = 1500]/text()", command=command, PATH="/tmp:/bin")
+        self.assertEqual((*response[:2], ended.exists()), (0, answer(a="1500"), False))
