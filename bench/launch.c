@@ -1,18 +1,16 @@
 /* The other side of a request, small enough not to disturb the measurement:
  *
  *     launch PROGRAM      runs it with its own environment and standard input, as a web server does
- *     launch PROGRAM all  the same, as the parent of all that the program leaves behind
- *     launch PORT         sends its standard input to the web server on this machine, as a client
- * does
+ *     launch PROGRAM all  the same, and adopts the processes that the program leaves behind
+ *     launch PORT         sends its standard input to this machine's web server, as a client does
  *
  * Prints one line:
- *     microseconds to the last byte of the answer, microseconds to its end of file,
- *     microseconds to the end of the program, processor microseconds of the program (including
- *     children that it waited for), the same with "all" that it left behind, peak resident KB,
- *     wait status, or 1 for a response other than 200
+ *     microseconds to the last byte of the answer, microseconds to its end of file, microseconds to
+ *     the end of the program, processor microseconds of the program (including children that it
+ *     waited for), processor microseconds of it and the adopted processes, peak resident KB, wait
+ *     status (1 for a response other than 200)
  *
- * Only "all" changes what is measured: a child whose parent has ended must see init as its parent,
- * as on a device, and not this program.
+ * Only "all" adopts them: otherwise a child whose parent has ended belongs to init, as on a device.
  *
  * This is a separate program because of peak memory: a process inherits the peak of the process
  * that started it, which must therefore be lower than that of any program worth measuring. */
@@ -29,6 +27,8 @@
 #include <time.h>
 #include <unistd.h>
 
+static char buffer[65536];
+
 static long long now(void)
 {
     struct timespec time;
@@ -42,27 +42,31 @@ static long long processor_time(const struct rusage* usage)
            usage->ru_stime.tv_usec;
 }
 
-static pid_t start_program(char* program, const int* ends)
+/* Both return where the answer can be read. */
+static int start_program(char* program, pid_t* child)
 {
-    const pid_t child = vfork(); /* the child does not pay for a copy of this process */
-    if (child == 0) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) {
+        exit(2);
+    }
+    *child = vfork(); /* the child does not pay for a copy of this process */
+    if (*child == 0) {
         setpgid(0, 0);
         dup2(ends[1], STDOUT_FILENO);
         execl(program, program, (char*)NULL);
         _exit(127);
     }
     close(ends[1]);
-    return child;
+    return ends[0];
 }
 
-static int send_request(int port, const char* request, size_t size)
+static int send_request(int port, size_t size)
 {
-    const struct sockaddr_in server = {.sin_family = AF_INET,
-                                       .sin_port = htons((uint16_t)port),
-                                       .sin_addr.s_addr = htonl(INADDR_LOOPBACK)};
+    const struct sockaddr_in server = {
+        AF_INET, htons((in_port_t)port), {htonl(INADDR_LOOPBACK)}, {0}};
     const int connection = socket(AF_INET, SOCK_STREAM, 0);
     if (connect(connection, (const struct sockaddr*)&server, sizeof server) != 0 ||
-        write(connection, request, size) != (ssize_t)size) {
+        write(connection, buffer, size) != (ssize_t)size) {
         exit(2);
     }
     return connection;
@@ -70,27 +74,22 @@ static int send_request(int port, const char* request, size_t size)
 
 int main(int count, char** arguments)
 {
-    static char buffer[65536];
-    int ends[2];
-    if (count < 2 || pipe2(ends, O_CLOEXEC) != 0) {
-        return 2;
-    }
-    prctl(PR_SET_CHILD_SUBREAPER, count > 2);
-    const int port = atoi(arguments[1]);
+    const int port = count > 1 ? atoi(arguments[1]) : 0;
     const size_t size = port != 0 ? fread(buffer, 1, sizeof buffer, stdin) : 0;
+    prctl(PR_SET_CHILD_SUBREAPER, count > 2);
 
     const long long start = now();
-    const pid_t child = port != 0 ? 0 : start_program(arguments[1], ends);
-    const int answer = port != 0 ? send_request(port, buffer, size) : ends[0];
+    pid_t child = 0;
+    const int answer = port != 0 ? send_request(port, size) : start_program(arguments[1], &child);
     long long last_byte = start;
-    int status = port != 0;
-    for (ssize_t got; (got = read(answer, buffer, sizeof buffer)) > 0; last_byte = now()) {
-        if (last_byte == start && strncmp(buffer, "HTTP/1.0 200 ", 13) == 0) {
-            status = 0;
-        }
+    char* place = buffer;
+    while (read(answer, place, sizeof buffer - 16) > 0) {
+        last_byte = now();
+        place = buffer + 16; /* keeps the status line's beginning */
     }
     const long long answered = now();
 
+    int status = strncmp(buffer, "HTTP/1.0 200 ", 13) != 0;
     struct rusage own = {0}, other;
     wait4(child, &status, 0, &own); /* fails if there is none */
     const long long ended = now();
@@ -98,8 +97,7 @@ int main(int count, char** arguments)
     while (wait4(-1, NULL, 0, &other) > 0) {
         all += processor_time(&other);
     }
-    while (child != 0 &&
-           kill(-child, 0) == 0) { /* the next run must not compete with the rest of this one */
+    while (child != 0 && kill(-child, 0) == 0) { /* the next run must not compete with these */
         usleep(1000);
     }
     printf("%lld %lld %lld %lld %lld %ld %d\n", last_byte - start, answered - start, ended - start,
