@@ -12,6 +12,7 @@ import time
 import urllib.parse
 
 TARGET = "/cgi-bin/query"
+PATIENCE = 600  # seconds; only turns a hang into a failure
 URL_ENCODED = {"Content-Type": "application/x-www-form-urlencoded"}
 MULTIPART = {"Content-Type": "multipart/form-data; boundary=XyZ"}
 END = b"--XyZ--\r\n"
@@ -59,7 +60,7 @@ class Client:
         return {name: self.random.choice(list(VALUES)) for name in names}
 
     def expect(self, status, body, method, target=TARGET, content=None, headers=()):
-        connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout=60)
+        connection = http.client.HTTPConnection("127.0.0.1", self.port, timeout=PATIENCE)
         with contextlib.closing(connection):
             connection.request(method, target, content, dict(headers))
             got, answer = 0, b""
@@ -111,7 +112,7 @@ class Client:
         post = f"POST {TARGET} HTTP/1.1\r\n{head}".encode() + body
         request = self.random.choice((get, get[:self.random.randrange(len(get))],
                                       post[:self.random.randrange(len(post) - 1)]))
-        with socket.create_connection(("127.0.0.1", self.port), 60) as connection:
+        with socket.create_connection(("127.0.0.1", self.port), PATIENCE) as connection:
             if self.random.random() < 0.5:
                 connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
             connection.sendall(request)
@@ -133,7 +134,7 @@ class Client:
         return self
 
 
-def run(count, clients, seconds, *where, kinds=Client.KINDS):
+def run(count, clients, *where, kinds=Client.KINDS, seconds=PATIENCE):
     """Sends that many requests from that many concurrent clients; returns the outcomes by kind, and what was wrong."""
     deadline = time.monotonic() + seconds
     shares = [count // clients + (number < count % clients) for number in range(clients)]
