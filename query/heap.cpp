@@ -72,7 +72,7 @@ cTreeMemory::~cTreeMemory()
 
 void* operator new(std::size_t a_u_size)
 {
-    if (a_u_size - 1 < g_u_longestPiece) {
+    if (a_u_size - 1 < g_u_longestPiece) { // zero bytes come from malloc, which makes them a piece
         void* const l_p_piece = g_c_arena.Allocate(a_u_size);
         if (l_p_piece != nullptr) {
             return l_p_piece;

@@ -46,8 +46,8 @@ bool LoadTree(TiXmlDocument& a_c_document, const std::string& a_s_path)
 // cannot be loaded, deletes what there is of it, sets the fault and returns null.
 tDocument LoadConfigOnce(const std::string& a_s_path, std::string& a_s_fault)
 {
-    const std::new_handler l_p_handler = std::set_new_handler(nullptr);
     auto l_p_document = std::make_unique<TiXmlDocument>();
+    const std::new_handler l_p_handler = std::set_new_handler(nullptr);
     try {
         if (!LoadTree(*l_p_document, a_s_path)) {
             a_s_fault = l_p_document->ErrorDesc();
