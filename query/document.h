@@ -10,6 +10,7 @@
 ///     end.
 ///   - A document without an element, such as one truncated in its prolog, is an error ("Error
 ///     document empty."). So is a FIFO: opening one does not wait for a writer.
+///   - A file that is truncated while it is read is parsed as far as there was something to read.
 ///   - Bytes are copied one by one, to convert line ends, only from the first CR on.
 ///   - Nodes have no row and column, which would cost another pass over the text.
 /// The file may be replaced by rename(2) at any time: either the old or the new one is loaded.
