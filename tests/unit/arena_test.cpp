@@ -24,6 +24,9 @@ TEST(Arena, HandsOutDistinctPiecesUntilItIsFull)
             l_u_size = l_c_random() % (2048U >> l_c_random() % 12); // most are small
         }
         EXPECT_GE(l_u_total, l_u_block / 2);
+        while (l_c_arena.Allocate(1) != nullptr) {
+        }
+        EXPECT_EQ(l_c_arena.Allocate(0), nullptr) << "full";
         for (std::size_t l_u_piece = 0; l_u_piece < l_v_pieces.size(); ++l_u_piece) {
             const auto [l_p_piece, l_u_length] = l_v_pieces[l_u_piece];
             const std::string l_s_filled(l_u_length, static_cast<char>(l_u_piece));
