@@ -60,7 +60,7 @@ static bool WaitFor(pid_t a_i_handler)
 }
 
 // On a device's single core, the answer would otherwise queue behind two starting shells. A lower
-// priority instead would let helpers pile up. With several cores, shells and answer need not wait
+// priority instead would let shells pile up. With several cores, shells and answer need not wait
 // for each other.
 static void LetTheAnswerGoFirst(pid_t a_i_handler)
 {

@@ -22,11 +22,13 @@ constexpr int NOT_ANSWERED = 255;
 ///   - File size: a write beyond the limit fails, as it does on a full disk, instead of ending the
 ///     process with SIGXFSZ.
 ///   - Privileges: should the process be taken over, it gains none from a program that it starts.
+/// Also handles the signal by which the kernel says that processor time is used up, from whatever
+/// limit: one line is logged at LOG_ERR, and the process ends at once with exit status
+/// NOT_ANSWERED: nothing is written, and no destructor runs.
 void LimitProcess();
 
 /// Limits the processor time of the process to what it has used so far plus KESTO_CPU_LIMIT
-/// seconds; a later call counts anew. When that is used up, one line is logged at LOG_ERR and the
-/// process ends at once with exit status NOT_ANSWERED: nothing is written, and no destructor runs.
+/// seconds; a later call counts anew. REQUIRES LimitProcess(), which handles what follows.
 void LimitProcessorTime();
 
 #endif
